@@ -79,14 +79,14 @@ public:
 	}
 
 	template <typename... ArgTypes>
-	static FString Printf(TCheckedFormat<std::type_identity_t<ArgTypes>...> Format, const ArgTypes&... Args)
+	static FString Printf(TCheckedFormat<std::type_identity_t<ArgTypes>...> Format, ArgTypes... Args)
 	{
 		FString Result;
 		Result.Appendf(Format, Args...);
 		return Result;
 	}
 	template <typename... ArgTypes>
-	FString& Appendf(TCheckedFormat<std::type_identity_t<ArgTypes>...> Format, const ArgTypes&... Args)
+	FString& Appendf(TCheckedFormat<std::type_identity_t<ArgTypes>...> Format, ArgTypes... Args)
 	{
 		if constexpr (sizeof...(ArgTypes) == 0)
 		{
@@ -94,7 +94,7 @@ public:
 		}
 		else
 		{
-			const FFormatArg Packed[] = {FormatString::MakeArg<std::decay_t<ArgTypes>>(Args)...};
+			const FFormatArg Packed[] = {FormatString::MakeArg(Args)...};
 			AppendFormatted(*this, Format.Get(), Packed);
 		}
 		return *this;
