@@ -14,6 +14,11 @@ if(CORVEXA_SANITIZE)
 	add_link_options(-fsanitize=${CORVEXA_SANITIZE})
 endif()
 
+# Code that a fuzz target reaches tells it where it went; the targets themselves add the driver.
+if(CORVEXA_FUZZ)
+	add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 find_program(CORVEXA_CCACHE ccache)
 if(CORVEXA_CCACHE)
 	set(CMAKE_CXX_COMPILER_LAUNCHER "${CORVEXA_CCACHE}")
