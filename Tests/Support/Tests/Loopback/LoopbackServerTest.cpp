@@ -159,16 +159,18 @@ TEST(LoopbackServer, EndsEveryConnectionAtOnceWhenDestroyed)
 TEST(LoopbackServer, NoticesThatTheClientWent)
 {
 	FLoopbackServer Server;
+	std::size_t Clients = 0;
 	for (const FLoopbackReply& Reply : {FLoopbackReply::Silence(), FLoopbackReply::EndlessHeaders()})
 	{
 		Server.Enqueue(Reply);
-		const std::size_t Before = Server.EndedCount();
+		++Clients;
 		{
 			FRawClient Client(Server.Port());
 			Client.Send(Get);
-			ASSERT_TRUE(Server.WaitForRequests(Server.ConnectionCount()));
+			ASSERT_TRUE(Server.WaitForRequests(Clients));
+			EXPECT_EQ(Clients - 1, Server.EndedCount());
 		}
-		EXPECT_TRUE(Server.WaitForEnded(Before + 1));
+		EXPECT_TRUE(Server.WaitForEnded(Clients));
 	}
 }
 
