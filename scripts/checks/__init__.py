@@ -1,0 +1,1 @@
+"""The rules behind scripts/check, one module each."""
