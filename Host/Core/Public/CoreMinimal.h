@@ -10,6 +10,8 @@
 #include "CoreTypes.h"
 #include "Delegates/Delegate.h"
 #include "HAL/UnrealMemory.h"
+#include "Internationalization/Text.h"
+#include "Math/UnrealMathUtility.h"
 #include "Misc/AssertionMacros.h"
 #include "Misc/Optional.h"
 #include "Templates/Function.h"
@@ -18,3 +20,4 @@
 #include "Templates/TypeHash.h"
 #include "Templates/UniquePtr.h"
 #include "Templates/UnrealTemplate.h"
+#include "UObject/NameTypes.h"
