@@ -2,6 +2,8 @@
 
 #include "CoreMinimal.h"
 
+#include <gtest/gtest.h>
+
 #include <ostream>
 
 /** How a failing test shows the host's types. */

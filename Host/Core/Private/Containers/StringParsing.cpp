@@ -12,7 +12,8 @@ int32 CutAt(FStringView Text, TArray<FString>& OutArray, bool bCullEmpty, const 
 	// The text may be an element of the array that it fills.
 	TArray<FString> Parts;
 	int32 PartStart = 0;
-	const auto AddPart = [&](int32 End) {
+	const auto AddPart = [&](int32 End)
+	{
 		if (!bCullEmpty || End > PartStart)
 		{
 			Parts.Add(FString(Text.Mid(PartStart, End - PartStart)));
@@ -101,16 +102,18 @@ int32 FString::ParseIntoArray(
 		Views.Add(FStringView(Delimiters[Index]));
 	}
 	const FStringView Text(*this);
-	return CutAt(Text, OutArray, bCullEmpty, [&](int32 Index) {
-		for (const FStringView Delimiter : Views)
+	return CutAt(Text, OutArray, bCullEmpty,
+		[&](int32 Index)
 		{
-			if (!Delimiter.IsEmpty() && Text.Mid(Index, Delimiter.Len()).Equals(Delimiter))
+			for (const FStringView Delimiter : Views)
 			{
-				return Delimiter.Len();
+				if (!Delimiter.IsEmpty() && Text.Mid(Index, Delimiter.Len()).Equals(Delimiter))
+				{
+					return Delimiter.Len();
+				}
 			}
-		}
-		return 0;
-	});
+			return 0;
+		});
 }
 
 int32 FString::ParseIntoArrayLines(TArray<FString>& OutArray, bool bCullEmpty) const

@@ -5,7 +5,10 @@
 
 namespace
 {
-/** Widens the ASCII run at the front, 16 bytes a step. @return the bytes taken, a multiple of 16 or up to the end. */
+/**
+ * Widens the ASCII run at the front. Whole blocks are written and the run's end found afterwards: Dest has room for as
+ * many units as bytes are left. @return the bytes taken.
+ */
 int64 WidenAscii(const uint8* Source, int64 Count, TCHAR* Dest)
 {
 	int64 Index = 0;
@@ -13,12 +16,13 @@ int64 WidenAscii(const uint8* Source, int64 Count, TCHAR* Dest)
 	for (; Index + 16 <= Count; Index += 16)
 	{
 		const __m128i Bytes = _mm_loadu_si128((const __m128i*)(Source + Index));
-		if (_mm_movemask_epi8(Bytes) != 0)
-		{
-			break;
-		}
 		_mm_storeu_si128((__m128i*)(Dest + Index), _mm_unpacklo_epi8(Bytes, Zero));
 		_mm_storeu_si128((__m128i*)(Dest + Index + 8), _mm_unpackhi_epi8(Bytes, Zero));
+		const int32 WideMask = _mm_movemask_epi8(Bytes);
+		if (WideMask != 0)
+		{
+			return Index + __builtin_ctz((uint32)WideMask);
+		}
 	}
 	while (Index < Count && Source[Index] < 0x80)
 	{
@@ -28,21 +32,27 @@ int64 WidenAscii(const uint8* Source, int64 Count, TCHAR* Dest)
 	return Index;
 }
 
-/** Narrows the ASCII run at the front. @return the units taken. */
+/** One bit a byte of the block: set for both bytes of each unit whose masked bits equal Value. */
+int32 MaskOfUnits(__m128i Units, uint16 Mask, uint16 Value)
+{
+	const __m128i Masked = _mm_and_si128(Units, _mm_set1_epi16((short)Mask));
+	return _mm_movemask_epi8(_mm_cmpeq_epi16(Masked, _mm_set1_epi16((short)Value)));
+}
+
+/** Narrows the ASCII run at the front; writes as `WidenAscii` does, for no unit takes less than a byte. */
 int64 NarrowAscii(const TCHAR* Source, int64 Count, char* Dest)
 {
 	int64 Index = 0;
-	const __m128i NotAscii = _mm_set1_epi16((short)0xFF80);
 	for (; Index + 16 <= Count; Index += 16)
 	{
 		const __m128i Low = _mm_loadu_si128((const __m128i*)(Source + Index));
 		const __m128i High = _mm_loadu_si128((const __m128i*)(Source + Index + 8));
-		const __m128i Wide = _mm_and_si128(_mm_or_si128(Low, High), NotAscii);
-		if (_mm_movemask_epi8(_mm_cmpeq_epi16(Wide, _mm_setzero_si128())) != 0xFFFF)
-		{
-			break;
-		}
 		_mm_storeu_si128((__m128i*)(Dest + Index), _mm_packus_epi16(Low, High));
+		const uint32 AsciiMask = (uint32)MaskOfUnits(Low, 0xFF80, 0) | (uint32)MaskOfUnits(High, 0xFF80, 0) << 16;
+		if (AsciiMask != 0xFFFFFFFF)
+		{
+			return Index + __builtin_ctz(~AsciiMask) / 2;
+		}
 	}
 	while (Index < Count && Source[Index] < 0x80)
 	{
@@ -160,16 +170,10 @@ int64 DecodeRun(const uint8* Source, int64 Count, TCHAR*& Dest)
 	return Current - Source;
 }
 
-/** Encodes the unit at Source, which isn't ASCII. @return the units taken. */
+/** Encodes the unit at Source, or the pair that begins there. @return the units taken. */
 int64 EncodeOne(const TCHAR* Source, int64 Count, char*& Dest)
 {
 	uint32 Code = Source[0];
-	if (Code < 0x800)
-	{
-		*Dest++ = (char)(0xC0 | (Code >> 6));
-		*Dest++ = (char)(0x80 | (Code & 0x3F));
-		return 1;
-	}
 	if ((Code & 0xFC00) == 0xD800 && Count > 1 && (Source[1] & 0xFC00) == 0xDC00)
 	{
 		Code = 0x10000 + ((Code & 0x3FF) << 10) + (Source[1] & 0x3FF);
@@ -187,6 +191,43 @@ int64 EncodeOne(const TCHAR* Source, int64 Count, char*& Dest)
 	*Dest++ = (char)(0x80 | ((Code >> 6) & 0x3F));
 	*Dest++ = (char)(0x80 | (Code & 0x3F));
 	return 1;
+}
+
+/** Encodes a run of units from U+0080 on, with single ASCII units between them. @return the units taken. */
+int64 EncodeRun(const TCHAR* Source, int64 Count, char*& Dest)
+{
+	int64 Index = 0;
+	char* Out = Dest;
+	while (Index < Count && (Source[Index] >= 0x80 || (Index + 1 < Count && Source[Index + 1] >= 0x80)))
+	{
+		const uint32 Unit = Source[Index];
+		if (Unit < 0x80)
+		{
+			*Out++ = (char)Unit;
+			++Index;
+		}
+		else if (Unit < 0x800)
+		{
+			const uint16 Bytes = (uint16)(0x80C0 | (Unit >> 6) | (Unit & 0x3F) << 8);
+			std::memcpy(Out, &Bytes, sizeof(Bytes));
+			Out += sizeof(Bytes);
+			++Index;
+		}
+		else
+		{
+			Index += EncodeOne(Source + Index, Count - Index, Out);
+		}
+	}
+	Dest = Out;
+	return Index;
+}
+
+/** The bytes beyond one that a unit takes. A pair counts as two times two, which is what it takes beyond its two. */
+int32 ExtraBytes(const TCHAR* Source, int64 Index, int64 Count)
+{
+	const TCHAR Unit = Source[Index];
+	const bool bPairFollows = (Unit & 0xFC00) == 0xD800 && Index + 1 < Count && (Source[Index + 1] & 0xFC00) == 0xDC00;
+	return (Unit > 0x7F) + (Unit > 0x7FF) - (bPairFollows ? 2 : 0);
 }
 } // namespace
 
@@ -211,20 +252,27 @@ int64 Unicode::Utf8ToUtf16(const char* Source, int64 SourceBytes, TCHAR* Dest)
 
 int64 Unicode::Utf16ToUtf8Length(const TCHAR* Source, int64 SourceUnits)
 {
-	int64 Extra = 0;
-	for (int64 Index = 0; Index < SourceUnits; ++Index)
+	int64 Length = SourceUnits;
+	int64 Index = 0;
+	for (; Index + 9 <= SourceUnits; Index += 8)
 	{
-		// One byte each, one more from U+0080 on and one more from U+0800 on: 3 for half a surrogate pair too,
-		// of which a well-formed pair then gives 2 back.
-		const TCHAR Unit = Source[Index];
-		Extra += (Unit > 0x7F) + (Unit > 0x7FF);
+		const __m128i Units = _mm_loadu_si128((const __m128i*)(Source + Index));
+		const uint32 Below80 = (uint32)MaskOfUnits(Units, 0xFF80, 0);
+		if (Below80 == 0xFFFF)
+		{
+			continue;
+		}
+		const __m128i Next = _mm_loadu_si128((const __m128i*)(Source + Index + 1));
+		const uint32 Below800 = (uint32)MaskOfUnits(Units, 0xF800, 0);
+		const uint32 Pairs = (uint32)MaskOfUnits(Units, 0xFC00, 0xD800) & (uint32)MaskOfUnits(Next, 0xFC00, 0xDC00);
+		// Each unit has two bits in a mask.
+		Length += 16 - (__builtin_popcount(Below80) + __builtin_popcount(Below800)) / 2 - __builtin_popcount(Pairs);
 	}
-	int64 Pairs = 0;
-	for (int64 Index = 0; Extra > 0 && Index + 1 < SourceUnits; ++Index)
+	for (; Index < SourceUnits; ++Index)
 	{
-		Pairs += (Source[Index] & 0xFC00) == 0xD800 && (Source[Index + 1] & 0xFC00) == 0xDC00;
+		Length += ExtraBytes(Source, Index, SourceUnits);
 	}
-	return SourceUnits + Extra - 2 * Pairs;
+	return Length;
 }
 
 int64 Unicode::Utf16ToUtf8(const TCHAR* Source, int64 SourceUnits, char* Dest)
@@ -236,10 +284,7 @@ int64 Unicode::Utf16ToUtf8(const TCHAR* Source, int64 SourceUnits, char* Dest)
 		const int64 Ascii = NarrowAscii(Source + Index, SourceUnits - Index, Out);
 		Index += Ascii;
 		Out += Ascii;
-		while (Index < SourceUnits && Source[Index] >= 0x80)
-		{
-			Index += EncodeOne(Source + Index, SourceUnits - Index, Out);
-		}
+		Index += EncodeRun(Source + Index, SourceUnits - Index, Out);
 	}
 	return Out - Dest;
 }

@@ -94,8 +94,7 @@ const TCHAR* FCString::Strrchr(const TCHAR* String, TCHAR Char)
 
 const TCHAR* FCString::Strstr(const TCHAR* String, const TCHAR* Find)
 {
-	const int32 Place =
-		StringSearch::Find(String, Strlen(String), Find, Strlen(Find), 0, ESearchCase::CaseSensitive);
+	const int32 Place = StringSearch::Find(String, Strlen(String), Find, Strlen(Find), 0, ESearchCase::CaseSensitive);
 	return Place == INDEX_NONE ? nullptr : String + Place;
 }
 

@@ -53,7 +53,8 @@ void MakeNarrowFormat(const FSpec& Spec, const char* Length, char (&OutFormat)[3
 {
 	char* Out = OutFormat;
 	*Out++ = '%';
-	const auto AddFlag = [&Out](bool bSet, char Flag) {
+	const auto AddFlag = [&Out](bool bSet, char Flag)
+	{
 		if (bSet)
 		{
 			*Out++ = Flag;
@@ -73,7 +74,8 @@ void AppendNumber(FString& Out, const FSpec& Spec, const char* Length, ValueType
 {
 	char Format[32];
 	MakeNarrowFormat(Spec, Length, Format);
-	const auto Print = [&](char* Buffer, SIZE_T Size) {
+	const auto Print = [&](char* Buffer, SIZE_T Size)
+	{
 		return Spec.Precision >= 0 ? std::snprintf(Buffer, Size, Format, Spec.Width, Spec.Precision, Value)
 								   : std::snprintf(Buffer, Size, Format, Spec.Width, Value);
 	};

@@ -19,7 +19,8 @@ bool EqualsFolded8(const TCHAR* A, const TCHAR* B)
 	const __m128i Low = _mm_set1_epi16(u'A' - 1);
 	const __m128i High = _mm_set1_epi16(u'Z' + 1);
 	const __m128i Bit = _mm_set1_epi16(32);
-	const auto FoldBlock = [&](const TCHAR* Source) {
+	const auto FoldBlock = [&](const TCHAR* Source)
+	{
 		const __m128i Units = _mm_loadu_si128((const __m128i*)Source);
 		const __m128i bUpper = _mm_and_si128(_mm_cmpgt_epi16(Units, Low), _mm_cmplt_epi16(Units, High));
 		return _mm_or_si128(Units, _mm_and_si128(bUpper, Bit));
@@ -202,8 +203,8 @@ int32 StringSearch::Find(
 	const int32 End = Len - NeedleLen + 1;
 	FUnitForms First;
 	FUnitForms Last;
-	const bool bBlocks = FUnitForms::Make(Needle[0], SearchCase, First) &&
-						 FUnitForms::Make(Needle[NeedleLen - 1], SearchCase, Last);
+	const bool bBlocks =
+		FUnitForms::Make(Needle[0], SearchCase, First) && FUnitForms::Make(Needle[NeedleLen - 1], SearchCase, Last);
 	for (int32 Index = Start; Index < End; ++Index)
 	{
 		if (bBlocks)
@@ -234,9 +235,8 @@ int32 StringSearch::FindLast(
 bool StringSearch::MatchesWildcard(
 	const TCHAR* Text, int32 Len, const TCHAR* Pattern, int32 PatternLen, ESearchCase::Type SearchCase)
 {
-	const auto bSame = [SearchCase](TCHAR A, TCHAR B) {
-		return A == B || (SearchCase == ESearchCase::IgnoreCase && Fold(A) == Fold(B));
-	};
+	const auto bSame = [SearchCase](TCHAR A, TCHAR B)
+	{ return A == B || (SearchCase == ESearchCase::IgnoreCase && Fold(A) == Fold(B)); };
 	int32 At = 0;
 	int32 PatternAt = 0;
 	int32 StarAt = INDEX_NONE;

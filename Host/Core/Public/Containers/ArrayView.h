@@ -24,17 +24,21 @@ public:
 		, ArrayNum((int32)N)
 	{
 	}
-	constexpr TArrayView(std::initializer_list<std::remove_const_t<T>> List)
-		requires std::is_const_v<T>
+	constexpr TArrayView(std::initializer_list<std::remove_const_t<T>> List) requires std::is_const_v<T>
 		: Data(List.begin())
 		, ArrayNum((int32)List.size())
 	{
 	}
 	template <typename ContainerType>
-		requires requires(ContainerType& Container) {
-			{ Container.GetData() } -> std::convertible_to<T*>;
-			{ Container.Num() } -> std::convertible_to<int32>;
-		}
+	requires requires(ContainerType& Container)
+	{
+		{
+			Container.GetData()
+			} -> std::convertible_to<T*>;
+		{
+			Container.Num()
+			} -> std::convertible_to<int32>;
+	}
 	constexpr TArrayView(ContainerType&& Container)
 		: Data(Container.GetData())
 		, ArrayNum((int32)Container.Num())

@@ -10,9 +10,12 @@ public:
 	explicit FTCHARToUTF8(const TCHAR* Source);
 	FTCHARToUTF8(const TCHAR* Source, int32 Len);
 	template <typename StringType>
-		requires requires(const StringType& String) {
-			{ String.Len() } -> std::same_as<int32>;
-		}
+	requires requires(const StringType& String)
+	{
+		{
+			String.Len()
+			} -> std::same_as<int32>;
+	}
 	explicit FTCHARToUTF8(const StringType& String)
 		: FTCHARToUTF8(String.GetData(), String.Len())
 	{

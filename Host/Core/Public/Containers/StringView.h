@@ -26,10 +26,15 @@ public:
 	{
 	}
 	template <typename StringType>
-		requires requires(const StringType& String) {
-			{ *String } -> std::convertible_to<const TCHAR*>;
-			{ String.Len() } -> std::convertible_to<int32>;
-		}
+	requires requires(const StringType& String)
+	{
+		{
+			*String
+			} -> std::convertible_to<const TCHAR*>;
+		{
+			String.Len()
+			} -> std::convertible_to<int32>;
+	}
 	FStringView(const StringType& String)
 		: Data(*String)
 		, Size(String.Len())

@@ -112,7 +112,8 @@ public:
 
 	/**
 	 * @param StartPosition from the start: the first index tried; from the end: the index behind the last unit that a
-	 * match may begin before. INDEX_NONE takes the whole text. @return index or INDEX_NONE; an empty needle isn't found.
+	 * match may begin before. INDEX_NONE takes the whole text. @return index or INDEX_NONE; an empty needle isn't
+	 * found.
 	 */
 	int32 Find(FStringView SubStr, ESearchCase::Type SearchCase = ESearchCase::IgnoreCase,
 		ESearchDir::Type SearchDir = ESearchDir::FromStart, int32 StartPosition = INDEX_NONE) const;
@@ -149,7 +150,8 @@ public:
 	void RightChopInline(int32 Count, EAllowShrinking Shrinking = EAllowShrinking::Yes);
 	void MidInline(int32 Start, int32 Count = MAX_int32, EAllowShrinking Shrinking = EAllowShrinking::Yes);
 
-	/** Cuts at the first (or last) separator. Either out pointer may be null. @return false and no change without one. */
+	/** Cuts at the first (or last) separator. Either out pointer may be null. @return false and no change without one.
+	 */
 	bool Split(FStringView Separator, FString* LeftPart, FString* RightPart,
 		ESearchCase::Type SearchCase = ESearchCase::IgnoreCase,
 		ESearchDir::Type SearchDir = ESearchDir::FromStart) const;
@@ -170,7 +172,8 @@ public:
 	template <typename RangeType>
 	static FString Join(const RangeType& Range, FStringView Separator)
 	{
-		return JoinBy(Range, Separator, [](const auto& Item) -> const auto& { return Item; });
+		return JoinBy(
+			Range, Separator, [](const auto& Item) -> const auto& { return Item; });
 	}
 	template <typename RangeType, typename ProjectionType>
 	static FString JoinBy(const RangeType& Range, FStringView Separator, const ProjectionType& Projection)
@@ -258,7 +261,10 @@ public:
 	{
 		return A.Equals(FStringView(B), ESearchCase::IgnoreCase);
 	}
-	friend bool operator==(const FString& A, const TCHAR* B) { return A.Equals(FStringView(B), ESearchCase::IgnoreCase); }
+	friend bool operator==(const FString& A, const TCHAR* B)
+	{
+		return A.Equals(FStringView(B), ESearchCase::IgnoreCase);
+	}
 	friend bool operator==(const FString& A, FStringView B) { return A.Equals(B, ESearchCase::IgnoreCase); }
 	friend bool operator<(const FString& A, const FString& B) { return A.Compare(B, ESearchCase::IgnoreCase) < 0; }
 	friend bool operator>(const FString& A, const FString& B) { return A.Compare(B, ESearchCase::IgnoreCase) > 0; }
@@ -284,8 +290,7 @@ inline FString LexToString(bool bValue)
 	return bValue ? TEXT("true") : TEXT("false");
 }
 template <typename T>
-	requires(std::is_integral_v<T> && !std::is_same_v<T, bool>)
-FString LexToString(T Value)
+requires(std::is_integral_v<T> && !std::is_same_v<T, bool>) FString LexToString(T Value)
 {
 	return std::is_signed_v<T> ? FString::FromInt((int64)Value) : FString::Printf(TEXT("%llu"), (uint64)Value);
 }
@@ -297,5 +302,6 @@ inline const FString& LexToString(const FString& Value)
 /** Each byte as two hexadecimal digits in upper case, in order. */
 FString BytesToHex(const uint8* Bytes, int32 Count);
 
-/** Reads pairs of hexadecimal digits. @param OutBytes room for half the text's length, rounded up. @return the bytes. */
+/** Reads pairs of hexadecimal digits. @param OutBytes room for half the text's length, rounded up. @return the bytes.
+ */
 int32 HexToBytes(const FString& Hex, uint8* OutBytes);

@@ -16,13 +16,19 @@ struct FMemory
 	/** Frees a block from Malloc or Realloc; null is allowed. */
 	static void Free(void* Original);
 
-	static void* Memcpy(void* Dest, const void* Src, SIZE_T Count) { return Count ? std::memcpy(Dest, Src, Count) : Dest; }
+	static void* Memcpy(void* Dest, const void* Src, SIZE_T Count)
+	{
+		return Count ? std::memcpy(Dest, Src, Count) : Dest;
+	}
 	static void* Memmove(void* Dest, const void* Src, SIZE_T Count)
 	{
 		return Count ? std::memmove(Dest, Src, Count) : Dest;
 	}
 	static int32 Memcmp(const void* A, const void* B, SIZE_T Count) { return Count ? std::memcmp(A, B, Count) : 0; }
-	static void* Memset(void* Dest, uint8 Value, SIZE_T Count) { return Count ? std::memset(Dest, Value, Count) : Dest; }
+	static void* Memset(void* Dest, uint8 Value, SIZE_T Count)
+	{
+		return Count ? std::memset(Dest, Value, Count) : Dest;
+	}
 	static void* Memzero(void* Dest, SIZE_T Count) { return Memset(Dest, 0, Count); }
 
 	template <typename T>

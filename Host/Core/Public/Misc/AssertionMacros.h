@@ -15,17 +15,16 @@ struct FDebug
 
 	/** @return always false, so that it can stand as the value of a failed `ensure`. */
 	static bool EnsureFailed(bool& bReported, const char* Expression, const char* File, int Line);
-	static bool EnsureFailed(
-		bool& bReported, const char* Expression, const char* File, int Line, const TCHAR* Message);
+	static bool EnsureFailed(bool& bReported, const char* Expression, const char* File, int Line, const TCHAR* Message);
 };
 
-#define check(...)                                                                                                     \
-	do                                                                                                                 \
-	{                                                                                                                  \
-		if (UNLIKELY(!(__VA_ARGS__)))                                                                                  \
-		{                                                                                                              \
-			FDebug::CheckFailed(#__VA_ARGS__, __FILE__, __LINE__);                                                     \
-		}                                                                                                              \
+#define check(...)                                                 \
+	do                                                             \
+	{                                                              \
+		if (UNLIKELY(!(__VA_ARGS__)))                              \
+		{                                                          \
+			FDebug::CheckFailed(#__VA_ARGS__, __FILE__, __LINE__); \
+		}                                                          \
 	} while (false)
 
 #define checkf(Expression, Format, ...)                                                                                \
@@ -40,15 +39,19 @@ struct FDebug
 #define verify(...) check(__VA_ARGS__)
 #define checkNoEntry() FDebug::CheckFailed("unreachable", __FILE__, __LINE__)
 
-#define ensure(...)                                                                                                    \
-	(LIKELY(!!(__VA_ARGS__)) || [] {                                                                                   \
-		static bool bReported = false;                                                                                 \
-		return FDebug::EnsureFailed(bReported, #__VA_ARGS__, __FILE__, __LINE__);                                      \
-	}())
+#define ensure(...)                                                                   \
+	(LIKELY(!!(__VA_ARGS__)) ||                                                       \
+		[]                                                                            \
+		{                                                                             \
+			static bool bReported = false;                                            \
+			return FDebug::EnsureFailed(bReported, #__VA_ARGS__, __FILE__, __LINE__); \
+		}())
 
-#define ensureMsgf(Expression, Format, ...)                                                                            \
-	(LIKELY(!!(Expression)) || [&] {                                                                                   \
-		static bool bReported = false;                                                                                 \
-		return FDebug::EnsureFailed(                                                                                   \
-			bReported, #Expression, __FILE__, __LINE__, *FString::Printf(Format __VA_OPT__(, ) __VA_ARGS__));          \
-	}())
+#define ensureMsgf(Expression, Format, ...)                                                                       \
+	(LIKELY(!!(Expression)) ||                                                                                    \
+		[&]                                                                                                       \
+		{                                                                                                         \
+			static bool bReported = false;                                                                        \
+			return FDebug::EnsureFailed(                                                                          \
+				bReported, #Expression, __FILE__, __LINE__, *FString::Printf(Format __VA_OPT__(, ) __VA_ARGS__)); \
+		}())

@@ -37,7 +37,8 @@ struct FCString
 	static const TCHAR* Strstr(const TCHAR* String, const TCHAR* Find);
 	static const TCHAR* Stristr(const TCHAR* String, const TCHAR* Find);
 
-	/** The number at the front after blanks, in decimal; 0 when there is none, the nearest limit when it is too large. */
+	/** The number at the front after blanks, in decimal; 0 when there is none, the nearest limit when it is too large.
+	 */
 	static int32 Atoi(const TCHAR* String);
 	static int64 Atoi64(const TCHAR* String);
 	static float Atof(const TCHAR* String);
@@ -64,7 +65,8 @@ int32 Compare(const TCHAR* A, int32 LenA, const TCHAR* B, int32 LenB, ESearchCas
 bool EqualsCount(const TCHAR* A, const TCHAR* B, int32 Count, ESearchCase::Type SearchCase);
 
 /** The first place of Needle at or behind Start; an empty needle is found at Start. @return index or INDEX_NONE. */
-int32 Find(const TCHAR* Text, int32 Len, const TCHAR* Needle, int32 NeedleLen, int32 Start, ESearchCase::Type SearchCase);
+int32 Find(
+	const TCHAR* Text, int32 Len, const TCHAR* Needle, int32 NeedleLen, int32 Start, ESearchCase::Type SearchCase);
 
 /** The last place of Needle that begins before Start. @return index or INDEX_NONE. */
 int32 FindLast(

@@ -69,10 +69,7 @@ public:
 	friend bool operator==(const TOptional& A, const TOptional& B) { return A.Value == B.Value; }
 	friend bool operator==(const TOptional& A, const T& B) { return A.Value && *A.Value == B; }
 	friend bool operator==(const TOptional& A, FNullOpt) { return !A.Value; }
-	friend uint32 GetTypeHash(const TOptional& Optional)
-	{
-		return Optional.Value ? GetTypeHash(*Optional.Value) : 0;
-	}
+	friend uint32 GetTypeHash(const TOptional& Optional) { return Optional.Value ? GetTypeHash(*Optional.Value) : 0; }
 
 private:
 	std::optional<T> Value;

@@ -52,14 +52,14 @@ constexpr uint32 HashBits64(uint64 Value)
 }
 
 template <typename T>
-	requires std::is_integral_v<T>
+requires std::is_integral_v<T>
 constexpr uint32 GetTypeHash(T Value)
 {
 	return sizeof(T) <= 4 ? (uint32)Value : HashBits64((uint64)Value);
 }
 
 template <typename T>
-	requires std::is_enum_v<T>
+requires std::is_enum_v<T>
 constexpr uint32 GetTypeHash(T Value)
 {
 	return GetTypeHash((std::underlying_type_t<T>)Value);

@@ -106,24 +106,39 @@ constexpr T Align(T Value, uint64 Alignment)
 	return (T)(((uint64)Value + Alignment - 1) & ~(Alignment - 1));
 }
 
-#define ENUM_CLASS_FLAGS(Enum)                                                                                         \
-	inline constexpr Enum operator|(Enum A, Enum B)                                                                    \
-	{                                                                                                                  \
-		return (Enum)((std::underlying_type_t<Enum>)A | (std::underlying_type_t<Enum>)B);                              \
-	}                                                                                                                  \
-	inline constexpr Enum operator&(Enum A, Enum B)                                                                    \
-	{                                                                                                                  \
-		return (Enum)((std::underlying_type_t<Enum>)A & (std::underlying_type_t<Enum>)B);                              \
-	}                                                                                                                  \
-	inline constexpr Enum operator^(Enum A, Enum B)                                                                    \
-	{                                                                                                                  \
-		return (Enum)((std::underlying_type_t<Enum>)A ^ (std::underlying_type_t<Enum>)B);                              \
-	}                                                                                                                  \
-	inline constexpr Enum operator~(Enum A) { return (Enum) ~(std::underlying_type_t<Enum>)A; }                        \
-	inline constexpr bool operator!(Enum A) { return !(std::underlying_type_t<Enum>)A; }                               \
-	inline Enum& operator|=(Enum& A, Enum B) { return A = A | B; }                                                     \
-	inline Enum& operator&=(Enum& A, Enum B) { return A = A & B; }                                                     \
-	inline Enum& operator^=(Enum& A, Enum B) { return A = A ^ B; }
+#define ENUM_CLASS_FLAGS(Enum)                                                            \
+	inline constexpr Enum operator|(Enum A, Enum B)                                       \
+	{                                                                                     \
+		return (Enum)((std::underlying_type_t<Enum>)A | (std::underlying_type_t<Enum>)B); \
+	}                                                                                     \
+	inline constexpr Enum operator&(Enum A, Enum B)                                       \
+	{                                                                                     \
+		return (Enum)((std::underlying_type_t<Enum>)A & (std::underlying_type_t<Enum>)B); \
+	}                                                                                     \
+	inline constexpr Enum operator^(Enum A, Enum B)                                       \
+	{                                                                                     \
+		return (Enum)((std::underlying_type_t<Enum>)A ^ (std::underlying_type_t<Enum>)B); \
+	}                                                                                     \
+	inline constexpr Enum operator~(Enum A)                                               \
+	{                                                                                     \
+		return (Enum) ~(std::underlying_type_t<Enum>)A;                                   \
+	}                                                                                     \
+	inline constexpr bool operator!(Enum A)                                               \
+	{                                                                                     \
+		return !(std::underlying_type_t<Enum>)A;                                          \
+	}                                                                                     \
+	inline Enum& operator|=(Enum& A, Enum B)                                              \
+	{                                                                                     \
+		return A = A | B;                                                                 \
+	}                                                                                     \
+	inline Enum& operator&=(Enum& A, Enum B)                                              \
+	{                                                                                     \
+		return A = A & B;                                                                 \
+	}                                                                                     \
+	inline Enum& operator^=(Enum& A, Enum B)                                              \
+	{                                                                                     \
+		return A = A ^ B;                                                                 \
+	}
 
 template <typename Enum>
 constexpr bool EnumHasAnyFlags(Enum Flags, Enum Contains)
@@ -135,7 +150,7 @@ template <typename Enum>
 constexpr bool EnumHasAllFlags(Enum Flags, Enum Contains)
 {
 	return ((std::underlying_type_t<Enum>)Flags & (std::underlying_type_t<Enum>)Contains) ==
-		   (std::underlying_type_t<Enum>)Contains;
+		(std::underlying_type_t<Enum>)Contains;
 }
 
 template <typename Enum>
