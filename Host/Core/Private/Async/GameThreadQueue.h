@@ -1,0 +1,43 @@
+#pragma once
+
+#include "HAL/Event.h"
+#include "TaskList.h"
+
+#include <atomic>
+
+/** The tasks posted to the game thread, in order. Posting takes one atomic exchange and never blocks. */
+class FGameThreadQueue : private FNoncopyable
+{
+public:
+	static FGameThreadQueue& Get();
+
+	/** Any thread. */
+	void Post(TUniqueFunction<void()>&& Task);
+
+	/**
+	 * Runs what was posted before this call, and leaves the rest of it for the next call once the budget is spent. At
+	 * least one task runs. Game thread.
+	 */
+	void Run(double BudgetSeconds);
+
+	/** Waits until a task is there, `Wake` is called, or the limit has passed. Game thread. @return true for a task. */
+	bool WaitForWork(double Seconds);
+
+	/** Ends a `WaitForWork`, or the next one if none runs. Any thread. */
+	void Wake();
+
+	/** Whether nothing waits to run. Game thread. */
+	bool IsEmpty() const { return Incoming.load(std::memory_order_acquire) == nullptr && Pending.IsEmpty(); }
+
+	/** Destroys all tasks without running them. Game thread. */
+	void DiscardAll();
+
+private:
+	void TakeIncoming();
+
+	/** The newest posted task, linked to the one before. */
+	std::atomic<FTaskNode*> Incoming{nullptr};
+	std::atomic<bool> bWaiting{false};
+	FTaskList Pending;
+	FEvent Arrived{EEventMode::AutoReset};
+};

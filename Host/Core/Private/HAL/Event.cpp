@@ -1,0 +1,96 @@
+#include "HAL/Event.h"
+
+#include "Containers/Array.h"
+#include "Templates/UniquePtr.h"
+
+#include <chrono>
+
+void FEvent::Trigger()
+{
+	const std::lock_guard Guard(Mutex);
+	bTriggered = true;
+	// Notified under the lock: a waiter may end the event's life as soon as it wakes.
+	Mode == EEventMode::ManualReset ? Changed.notify_all() : Changed.notify_one();
+}
+
+void FEvent::Reset()
+{
+	const std::lock_guard Guard(Mutex);
+	bTriggered = false;
+}
+
+bool FEvent::Wait(uint32 Milliseconds)
+{
+	if (Milliseconds != MAX_uint32)
+	{
+		return Wait(FTimespan((int64)Milliseconds * ETimespan::TicksPerMillisecond));
+	}
+	std::unique_lock Guard(Mutex);
+	Changed.wait(Guard, [this] { return bTriggered; });
+	return Consume();
+}
+
+bool FEvent::Wait(FTimespan Limit)
+{
+	const auto Deadline =
+		std::chrono::steady_clock::now() + std::chrono::microseconds(Limit.GetTicks() / ETimespan::TicksPerMicrosecond);
+	std::unique_lock Guard(Mutex);
+	return Changed.wait_until(Guard, Deadline, [this] { return bTriggered; }) && Consume();
+}
+
+bool FEvent::Consume()
+{
+	bTriggered = Mode == EEventMode::ManualReset;
+	return true;
+}
+
+FEventRef::FEventRef(EEventMode Mode)
+	: Event(FEventPool::Take(Mode))
+{
+}
+
+FEventRef::~FEventRef()
+{
+	FEventPool::GiveBack(Event);
+}
+
+namespace
+{
+struct FPool
+{
+	/** Events beyond this number aren't kept. */
+	static constexpr int32 MaxKept = 64;
+
+	std::mutex Mutex;
+	TArray<TUniquePtr<FEvent>> Free[2];
+};
+
+FPool& Pool()
+{
+	static FPool Instance;
+	return Instance;
+}
+} // namespace
+
+FEvent* FEventPool::Take(EEventMode Mode)
+{
+	const std::lock_guard Guard(Pool().Mutex);
+	TArray<TUniquePtr<FEvent>>& Free = Pool().Free[(int32)Mode];
+	return Free.IsEmpty() ? new FEvent(Mode) : Free.Pop().Release();
+}
+
+void FEventPool::GiveBack(FEvent* Event)
+{
+	if (!Event)
+	{
+		return;
+	}
+	TUniquePtr<FEvent> Owned(Event);
+	Event->Reset();
+	const std::lock_guard Guard(Pool().Mutex);
+	TArray<TUniquePtr<FEvent>>& Free = Pool().Free[Event->IsManualReset() ? 1 : 0];
+	if (Free.Num() < FPool::MaxKept)
+	{
+		Free.Add(MoveTemp(Owned));
+	}
+}
