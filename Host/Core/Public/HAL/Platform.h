@@ -49,10 +49,7 @@ using TCHAR = char16_t;
 #define UE_JOIN(A, B) UE_JOIN_INNER(A, B)
 
 /** The index that lookups return for "not there". */
-enum
-{
-	INDEX_NONE = -1
-};
+constexpr int32 INDEX_NONE = -1;
 
 constexpr int8 MIN_int8 = INT8_MIN;
 constexpr int16 MIN_int16 = INT16_MIN;

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "PosixFile.h"
+
+/**
+ * Replaces a file as one step: what is written goes to a new file beside it, which takes its place in `Commit`. Until then,
+ * and after any failure, the old file stands as it was, and the new one vanishes with this object. A symbolic link stays
+ * and its target is replaced; the mode of the old file is kept. What isn't a regular file, such as a pipe, is written to
+ * directly.
+ */
+class FAtomicFile : private FNoncopyable
+{
+public:
+	~FAtomicFile();
+
+	/** @param bEvenIfReadOnly replaces a file that nobody may write. @return false with `errno` set. */
+	bool Open(const TCHAR* Path, bool bEvenIfReadOnly);
+	bool Write(const void* Source, int64 Count) { return PosixFile::Write(Descriptor.Get(), Source, Count); }
+	/** Puts the new file in place, on disk. @return false with `errno` set. */
+	bool Commit();
+	int GetDescriptor() const { return Descriptor.Get(); }
+
+private:
+	FString Target;
+	/** Empty while there is no new file to remove. */
+	FString Temporary;
+	FDescriptor Descriptor;
+};
