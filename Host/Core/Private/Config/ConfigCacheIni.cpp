@@ -1,0 +1,226 @@
+#include "Misc/ConfigCacheIni.h"
+
+#include "DirectoryLock.h"
+#include "HAL/FileManager.h"
+#include "Logging/LogMacros.h"
+#include "Misc/FileHelper.h"
+#include "Misc/Paths.h"
+
+DEFINE_LOG_CATEGORY_STATIC(LogConfigCache, Log, All);
+
+/** A file's content, and the changes that aren't on disk yet, in order. */
+struct FConfigCacheIni::FCachedFile
+{
+	FConfigFile Content;
+	TArray<TFunction<void(FConfigFile&)>> Changes;
+};
+
+namespace
+{
+/** @return false when the file is there and can't be read: writing it would lose what it holds. */
+bool ReadFile(const FString& Filename, FConfigFile& OutFile)
+{
+	FString Text;
+	const bool bThere = IFileManager::Get().FileExists(*Filename);
+	if (bThere && !FFileHelper::LoadFileToString(Text, *Filename))
+	{
+		return false;
+	}
+	OutFile.Parse(Text, Filename);
+	return true;
+}
+
+FString KeyOf(const FString& Filename)
+{
+	return FPaths::ConvertRelativePathToFull(Filename);
+}
+} // namespace
+
+FConfigCacheIni::FConfigCacheIni() = default;
+FConfigCacheIni::~FConfigCacheIni() = default;
+
+FConfigCacheIni::FCachedFile& FConfigCacheIni::Load(const FString& Filename)
+{
+	const FString Key = KeyOf(Filename);
+	TSharedPtr<FCachedFile>& File = Files.FindOrAdd(Key);
+	if (!File)
+	{
+		File = MakeShared<FCachedFile>();
+		if (!ReadFile(Key, File->Content))
+		{
+			UE_LOG(
+				LogConfigCache, Warning, TEXT("%s can't be read; defaults are used and the file isn't written"), *Key);
+		}
+	}
+	return *File;
+}
+
+const FConfigFile& FConfigCacheIni::Find(const FString& Filename)
+{
+	return Load(Filename).Content;
+}
+
+bool FConfigCacheIni::GetString(const TCHAR* Section, const TCHAR* Key, FString& OutValue, const FString& Filename)
+{
+	const FConfigSection* Found = Find(Filename).FindSection(Section);
+	const FString* Value = Found ? Found->Find(Key) : nullptr;
+	if (Value)
+	{
+		OutValue = *Value;
+	}
+	return Value != nullptr;
+}
+
+bool FConfigCacheIni::GetInt(const TCHAR* Section, const TCHAR* Key, int32& OutValue, const FString& Filename)
+{
+	FString Text;
+	const bool bNumber = GetString(Section, Key, Text, Filename) && Text.IsNumeric();
+	OutValue = bNumber ? FCString::Atoi(*Text) : OutValue;
+	return bNumber;
+}
+
+bool FConfigCacheIni::GetDouble(const TCHAR* Section, const TCHAR* Key, double& OutValue, const FString& Filename)
+{
+	FString Text;
+	const bool bNumber = GetString(Section, Key, Text, Filename) && Text.IsNumeric();
+	OutValue = bNumber ? FCString::Atod(*Text) : OutValue;
+	return bNumber;
+}
+
+bool FConfigCacheIni::GetFloat(const TCHAR* Section, const TCHAR* Key, float& OutValue, const FString& Filename)
+{
+	double Value = OutValue;
+	const bool bNumber = GetDouble(Section, Key, Value, Filename);
+	OutValue = (float)Value;
+	return bNumber;
+}
+
+bool FConfigCacheIni::GetBool(const TCHAR* Section, const TCHAR* Key, bool& OutValue, const FString& Filename)
+{
+	FString Text;
+	const bool bThere = GetString(Section, Key, Text, Filename);
+	OutValue = bThere ? Text.ToBool() : OutValue;
+	return bThere;
+}
+
+int32 FConfigCacheIni::GetArray(
+	const TCHAR* Section, const TCHAR* Key, TArray<FString>& OutValues, const FString& Filename)
+{
+	const FConfigSection* Found = Find(Filename).FindSection(Section);
+	OutValues = Found ? Found->FindArray(Key) : TArray<FString>();
+	return OutValues.Num();
+}
+
+bool FConfigCacheIni::DoesSectionExist(const TCHAR* Section, const FString& Filename)
+{
+	return Find(Filename).FindSection(Section) != nullptr;
+}
+
+void FConfigCacheIni::Change(const FString& Filename, TFunction<void(FConfigFile&)> Change)
+{
+	FCachedFile& File = Load(Filename);
+	Change(File.Content);
+	File.Changes.Add(MoveTemp(Change));
+}
+
+void FConfigCacheIni::SetString(const TCHAR* Section, const TCHAR* Key, const TCHAR* Value, const FString& Filename)
+{
+	Change(Filename,
+		[Section = FString(Section), Key = FString(Key), Value = FString(Value)](FConfigFile& File)
+		{ File.SetString(Section, Key, Value); });
+}
+
+void FConfigCacheIni::SetInt(const TCHAR* Section, const TCHAR* Key, int32 Value, const FString& Filename)
+{
+	SetString(Section, Key, *FString::FromInt(Value), Filename);
+}
+
+void FConfigCacheIni::SetBool(const TCHAR* Section, const TCHAR* Key, bool bValue, const FString& Filename)
+{
+	SetString(Section, Key, bValue ? TEXT("True") : TEXT("False"), Filename);
+}
+
+void FConfigCacheIni::SetArray(
+	const TCHAR* Section, const TCHAR* Key, const TArray<FString>& Values, const FString& Filename)
+{
+	Change(Filename,
+		[Section = FString(Section), Key = FString(Key), Values](FConfigFile& File)
+		{ File.SetArray(Section, Key, Values); });
+}
+
+bool FConfigCacheIni::RemoveKey(const TCHAR* Section, const TCHAR* Key, const FString& Filename)
+{
+	const FConfigSection* Found = Find(Filename).FindSection(Section);
+	if (!Found || !Found->Contains(Key))
+	{
+		return false;
+	}
+	Change(Filename,
+		[Section = FString(Section), Key = FString(Key)](FConfigFile& File) { File.RemoveKey(Section, Key); });
+	return true;
+}
+
+bool FConfigCacheIni::EmptySection(const TCHAR* Section, const FString& Filename)
+{
+	if (!DoesSectionExist(Section, Filename))
+	{
+		return false;
+	}
+	Change(Filename, [Section = FString(Section)](FConfigFile& File) { File.RemoveSection(Section); });
+	return true;
+}
+
+bool FConfigCacheIni::Write(FCachedFile& File, const FString& Filename)
+{
+	const FString Directory = FPaths::GetPath(Filename);
+	FConfigFile OnDisk;
+	if (!IFileManager::Get().MakeDirectory(*Directory, true))
+	{
+		return false;
+	}
+	const FDirectoryLock Lock(Directory, LockLimitSeconds);
+	if (!Lock.IsHeld() || !ReadFile(Filename, OnDisk))
+	{
+		return false;
+	}
+	for (const TFunction<void(FConfigFile&)>& Change : File.Changes)
+	{
+		Change(OnDisk);
+	}
+	if (!FFileHelper::SaveStringToFile(OnDisk.ToText(), *Filename))
+	{
+		return false;
+	}
+	File.Content = MoveTemp(OnDisk);
+	File.Changes.Empty();
+	return true;
+}
+
+bool FConfigCacheIni::Flush(bool bRemoveFromCache, const FString& Filename)
+{
+	const FString Only = Filename.IsEmpty() ? FString() : KeyOf(Filename);
+	bool bAllWritten = true;
+	for (auto It = Files.CreateIterator(); It; ++It)
+	{
+		if (!Only.IsEmpty() && !(It.Key() == Only))
+		{
+			continue;
+		}
+		const bool bWritten = It.Value()->Changes.IsEmpty() || Write(*It.Value(), It.Key());
+		if (!bWritten)
+		{
+			UE_LOG(LogConfigCache, Warning, TEXT("%s can't be written; its changes are kept in memory"), *It.Key());
+			bAllWritten = false;
+		}
+		else if (bRemoveFromCache)
+		{
+			It.RemoveCurrent();
+		}
+	}
+	return bAllWritten;
+}
+
+void FConfigCacheIni::UnloadFile(const FString& Filename)
+{
+	Files.Remove(KeyOf(Filename));
+}
