@@ -8,6 +8,10 @@ set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
 
 add_compile_options(-Wall -Wextra -Werror -fno-strict-aliasing)
 add_compile_definitions(_FILE_OFFSET_BITS=64)
+# GCC 12 sees overlaps in std::string's operator+ that aren't there (GCC bug 105651).
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+	add_compile_options(-Wno-restrict)
+endif()
 
 if(CORVEXA_SANITIZE)
 	add_compile_options(-fsanitize=${CORVEXA_SANITIZE} -fno-omit-frame-pointer)
