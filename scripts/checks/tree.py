@@ -8,7 +8,7 @@ import re
 ROOTS = ("Host", "Source", "Tests", "Fuzz", "Benchmarks")
 CPP_SUFFIXES = (".h", ".cpp")
 # Data that tests compare with or feed to the tools: no part of the program, so no rule applies to it.
-DATA_FOLDERS = ("Golden", "Fixtures", "Corpus")
+DATA_FOLDERS = ("Golden", "Expected", "Inputs", "Fixtures", "Corpus")
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include[ \t]*(?:"([^"\n]+)"|<([^>\n]+)>)', re.MULTILINE)
 LITERAL = re.compile(

@@ -140,7 +140,7 @@ public:
 		}
 		return Index;
 	}
-	T& AddDefaulted_GetRef() { return GetData()[AddDefaulted()]; }
+	T& AddDefaulted_GetRef() { return AtIndex(AddDefaulted()); }
 
 	template <typename... ArgTypes>
 	int32 Emplace(ArgTypes&&... Args)
@@ -150,12 +150,12 @@ public:
 	template <typename... ArgTypes>
 	T& Emplace_GetRef(ArgTypes&&... Args)
 	{
-		return GetData()[EmplaceAt(Forward<ArgTypes>(Args)...)];
+		return AtIndex(EmplaceAt(Forward<ArgTypes>(Args)...));
 	}
 	int32 Add(const T& Item) { return EmplaceAt(Item); }
 	int32 Add(T&& Item) { return EmplaceAt(MoveTempIfPossible(Item)); }
-	T& Add_GetRef(const T& Item) { return GetData()[EmplaceAt(Item)]; }
-	T& Add_GetRef(T&& Item) { return GetData()[EmplaceAt(MoveTempIfPossible(Item))]; }
+	T& Add_GetRef(const T& Item) { return AtIndex(EmplaceAt(Item)); }
+	T& Add_GetRef(T&& Item) { return AtIndex(EmplaceAt(MoveTempIfPossible(Item))); }
 	void Push(const T& Item) { Add(Item); }
 	void Push(T&& Item) { Add(MoveTempIfPossible(Item)); }
 	int32 AddUnique(const T& Item)
@@ -543,6 +543,9 @@ public:
 
 private:
 	using StorageType = typename AllocatorType::template ForElementType<T>;
+
+	/** The address is taken here, behind the growth that made the index. */
+	T& AtIndex(int32 Index) { return GetData()[Index]; }
 
 	template <typename PredicateType>
 	static bool CallPredicate(const PredicateType& Predicate, const T& A, const T& B)

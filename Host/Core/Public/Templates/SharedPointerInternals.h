@@ -141,7 +141,10 @@ void AddWeak(FOwner* Owner)
 template <ESPMode Mode>
 void ReleaseWeak(FOwner* Owner)
 {
-	if (Owner && Change<Mode>(Owner->Weak, -1, std::memory_order_acq_rel) == 1)
+	// Whoever holds the only count left needs no atomic change: nobody else can reach the owner to take another.
+	if (Owner &&
+		(Owner->Weak.load(std::memory_order_acquire) == 1 ||
+			Change<Mode>(Owner->Weak, -1, std::memory_order_acq_rel) == 1))
 	{
 		Owner->DestroyOwner();
 	}

@@ -145,6 +145,21 @@ TEST(Array, RandomOperationsAgreeWithTheStandardVectorAndLoseNoObject)
 	EXPECT_EQ(FWitness::Alive, 0);
 }
 
+TEST(Array, AReferenceToWhatWasAddedSurvivesTheGrowth)
+{
+	TArray<int32> Array;
+	for (int32 Index = 0; Index < 300; Index += 3)
+	{
+		Array.AddDefaulted_GetRef() = Index;
+		Array.Emplace_GetRef(0) = Index + 1;
+		Array.Add_GetRef(Index) += 2;
+	}
+	for (int32 Index = 0; Index < 300; ++Index)
+	{
+		EXPECT_EQ(Index, Array[Index]);
+	}
+}
+
 TEST(Array, SearchesAndSorts)
 {
 	TArray<FString> Words{TEXT("pear"), TEXT("Apple"), TEXT("fig"), TEXT("apple")};
