@@ -24,8 +24,8 @@ public:
 	void RunOnOwnThread(TUniqueFunction<void()>&& Task);
 
 	/**
-	 * Runs all tasks to their end and joins every thread. @param Pump called again and again meanwhile, since a task may
-	 * wait for the calling thread.
+	 * Runs all tasks to their end and joins every thread. @param Pump called again and again meanwhile, since a task
+	 * may wait for the calling thread.
 	 */
 	void Stop(const TFunction<void()>& Pump);
 

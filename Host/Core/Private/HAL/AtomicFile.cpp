@@ -22,8 +22,7 @@ FString TemporaryBeside(const FString& Target)
 {
 	int32 Slash = INDEX_NONE;
 	Target.FindLastChar(u'/', Slash);
-	return Target.Left(Slash + 1) + TEXT(".cvx-") + FGuid::NewGuid().ToString(EGuidFormats::DigitsLower) +
-		TEXT(".tmp");
+	return Target.Left(Slash + 1) + TEXT(".cvx-") + FGuid::NewGuid().ToString(EGuidFormats::DigitsLower) + TEXT(".tmp");
 }
 } // namespace
 

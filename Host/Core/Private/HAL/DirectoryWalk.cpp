@@ -23,8 +23,8 @@ FDirectoryEntry MakeEntry(DIR* Directory, const dirent& Raw)
 	{
 		struct stat Status = {};
 		Entry.bIsDirectory = ::fstatat(dirfd(Directory), Raw.d_name, &Status, 0) == 0 && S_ISDIR(Status.st_mode);
-		Entry.bIsLink = ::fstatat(dirfd(Directory), Raw.d_name, &Status, AT_SYMLINK_NOFOLLOW) == 0 &&
-			S_ISLNK(Status.st_mode);
+		Entry.bIsLink =
+			::fstatat(dirfd(Directory), Raw.d_name, &Status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISLNK(Status.st_mode);
 	}
 	return Entry;
 }

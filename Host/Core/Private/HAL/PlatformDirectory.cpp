@@ -126,8 +126,7 @@ bool IPlatformFile::IterateDirectory(const TCHAR* Directory, FDirectoryVisitorFu
 {
 	const FString Root(Directory);
 	return ListDirectory(Directory,
-		[&](const FDirectoryEntry& Entry)
-		{ return Visitor(*FPaths::Combine(Root, Entry.Name), Entry.bIsDirectory); });
+		[&](const FDirectoryEntry& Entry) { return Visitor(*FPaths::Combine(Root, Entry.Name), Entry.bIsDirectory); });
 }
 
 bool IPlatformFile::IterateDirectoryRecursively(const TCHAR* Directory, FDirectoryVisitor& Visitor)

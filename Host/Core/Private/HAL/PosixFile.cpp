@@ -52,8 +52,7 @@ int64 PosixFile::Read(int Descriptor, void* Dest, int64 Count)
 	while (Done < Count)
 	{
 		const int64 Wanted = std::min(Count - Done, MaxPerCall);
-		const int64 Got =
-			Fails() ? -1 : Retry([&] { return ::read(Descriptor, (uint8*)Dest + Done, (SIZE_T)Wanted); });
+		const int64 Got = Fails() ? -1 : Retry([&] { return ::read(Descriptor, (uint8*)Dest + Done, (SIZE_T)Wanted); });
 		if (Got <= 0)
 		{
 			return Got < 0 ? -1 : Done;

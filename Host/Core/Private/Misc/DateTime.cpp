@@ -67,8 +67,8 @@ FDateTime::FDateTime(int32 Year, int32 Month, int32 Day, int32 Hour, int32 Minut
 {
 	check(Validate(Year, Month, Day, Hour, Minute, Second, Millisecond));
 	Ticks = DaysBefore(Year, Month, Day) * ETimespan::TicksPerDay + Hour * ETimespan::TicksPerHour +
-			Minute * ETimespan::TicksPerMinute + Second * ETimespan::TicksPerSecond +
-			Millisecond * ETimespan::TicksPerMillisecond;
+		Minute * ETimespan::TicksPerMinute + Second * ETimespan::TicksPerSecond +
+		Millisecond * ETimespan::TicksPerMillisecond;
 }
 
 FDateTime FDateTime::UtcNow()
@@ -90,12 +90,11 @@ FDateTime FDateTime::FromUnixTimestamp(int64 Seconds)
 	return FDateTime(UnixEpochTicks + Seconds * ETimespan::TicksPerSecond);
 }
 
-bool FDateTime::Validate(
-	int32 Year, int32 Month, int32 Day, int32 Hour, int32 Minute, int32 Second, int32 Millisecond)
+bool FDateTime::Validate(int32 Year, int32 Month, int32 Day, int32 Hour, int32 Minute, int32 Second, int32 Millisecond)
 {
 	return Year >= 1 && Year <= 9999 && Month >= 1 && Month <= 12 && Day >= 1 && Day <= DaysInMonth(Year, Month) &&
-		   Hour >= 0 && Hour < 24 && Minute >= 0 && Minute < 60 && Second >= 0 && Second < 60 && Millisecond >= 0 &&
-		   Millisecond < 1000;
+		Hour >= 0 && Hour < 24 && Minute >= 0 && Minute < 60 && Second >= 0 && Second < 60 && Millisecond >= 0 &&
+		Millisecond < 1000;
 }
 
 bool FDateTime::IsLeapYear(int32 Year)

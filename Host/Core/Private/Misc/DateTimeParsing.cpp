@@ -64,13 +64,13 @@ struct FParts
 	bool ReadDate(FScanner& Scan, TCHAR Separator)
 	{
 		return Scan.Number(4, Year) && Scan.Accept(Separator) && Scan.Number(2, Month) && Scan.Accept(Separator) &&
-			   Scan.Number(2, Day);
+			Scan.Number(2, Day);
 	}
 
 	bool ReadTime(FScanner& Scan, TCHAR Separator)
 	{
 		return Scan.Number(2, Hour) && Scan.Accept(Separator) && Scan.Number(2, Minute) && Scan.Accept(Separator) &&
-			   Scan.Number(2, Second);
+			Scan.Number(2, Second);
 	}
 
 	bool IsValid() const { return FDateTime::Validate(Year, Month, Day, Hour, Minute, Second, 0); }

@@ -155,8 +155,8 @@ bool FFileHelper::SaveArrayToFile(
 	TArrayView<const uint8> Array, const TCHAR* Filename, IFileManager*, uint32 WriteFlags)
 {
 	const bool bAppend = (WriteFlags & FILEWRITE_Append) != 0;
-	const bool bSaved = EnsureDirectory(Filename) &&
-		(bAppend ? AppendInPlace(Array, Filename) : Replace(Array, Filename, WriteFlags));
+	const bool bSaved =
+		EnsureDirectory(Filename) && (bAppend ? AppendInPlace(Array, Filename) : Replace(Array, Filename, WriteFlags));
 	return bSaved || Fail(TEXT("Cannot write"), Filename, errno, (WriteFlags & FILEWRITE_Silent) != 0);
 }
 

@@ -132,8 +132,7 @@ public:
 		using NextType = std::invoke_result_t<std::decay_t<CallableType>&, TFuture>;
 		const auto Next = MakeShared<FuturePrivate::TState<NextType>>();
 		const TSharedPtr<FState> Source = MoveTemp(State);
-		Source->Continue(
-			[Next, Source, Call = std::decay_t<CallableType>(Forward<CallableType>(Callable))]() mutable
+		Source->Continue([Next, Source, Call = std::decay_t<CallableType>(Forward<CallableType>(Callable))]() mutable
 			{ Next->Set(FuturePrivate::Invoke<NextType>(Call, TFuture(Source))); });
 		return TFuture<NextType>(Next);
 	}

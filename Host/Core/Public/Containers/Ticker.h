@@ -11,8 +11,8 @@
 using FTickerDelegate = TDelegate<bool(float)>;
 
 /**
- * Timers of the game thread. Delays are measured by the host's clock. Adding and removing are safe on any thread and from
- * inside a tick.
+ * Timers of the game thread. Delays are measured by the host's clock. Adding and removing are safe on any thread and
+ * from inside a tick.
  */
 class FTSTicker : private FNoncopyable
 {
@@ -24,16 +24,16 @@ public:
 	static FTSTicker& GetCoreTicker();
 
 	/**
-	 * Calls the delegate in each tick, but not before InDelay has passed since it was added or since its last call, until
-	 * it returns false or is removed. What is added during a tick is called from the next tick on.
+	 * Calls the delegate in each tick, but not before InDelay has passed since it was added or since its last call,
+	 * until it returns false or is removed. What is added during a tick is called from the next tick on.
 	 * @param InDelay seconds, 0 or more.
 	 */
 	FDelegateHandle AddTicker(const FTickerDelegate& Delegate, float InDelay = 0.0f);
 	FDelegateHandle AddTicker(const TCHAR* Name, float InDelay, TFunction<bool(float)> Function);
 
 	/**
-	 * Ends a timer; a handle that is stale or empty is ignored. When another thread is inside its call, this waits for the
-	 * call's end, so that afterwards nothing it uses is touched.
+	 * Ends a timer; a handle that is stale or empty is ignored. When another thread is inside its call, this waits for
+	 * the call's end, so that afterwards nothing it uses is touched.
 	 */
 	static void RemoveTicker(FDelegateHandle Handle);
 

@@ -3,6 +3,7 @@
 #include "Containers/Map.h"
 #include "CoreGlobals.h"
 #include "Misc/ConfigFile.h"
+#include "Templates/Function.h"
 #include "Templates/SharedPointer.h"
 
 /**

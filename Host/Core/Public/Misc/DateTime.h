@@ -25,8 +25,8 @@ struct FDateTime
 	{
 	}
 	/** The parts must make a valid date (see `Validate`); anything else is a programmer's mistake. */
-	FDateTime(int32 Year, int32 Month, int32 Day, int32 Hour = 0, int32 Minute = 0, int32 Second = 0,
-		int32 Millisecond = 0);
+	FDateTime(
+		int32 Year, int32 Month, int32 Day, int32 Hour = 0, int32 Minute = 0, int32 Second = 0, int32 Millisecond = 0);
 
 	/** UTC, or the local time of the process's zone. */
 	static FDateTime UtcNow();
@@ -45,8 +45,8 @@ struct FDateTime
 	static bool Parse(FStringView Text, FDateTime& OutDateTime);
 
 	/**
-	 * Reads a date, or a date and a time with a fraction of any length, with Z, an offset or no zone; an offset is taken
-	 * off, so that the result is UTC. @return false, and no change, for anything else.
+	 * Reads a date, or a date and a time with a fraction of any length, with Z, an offset or no zone; an offset is
+	 * taken off, so that the result is UTC. @return false, and no change, for anything else.
 	 */
 	static bool ParseIso8601(FStringView Text, FDateTime& OutDateTime);
 
@@ -76,8 +76,8 @@ struct FDateTime
 	/** YYYY.MM.DD-HH.MM.SS */
 	FString ToString() const;
 	/**
-	 * Letters behind a per cent sign stand for: a, A am or AM; d day; D day of the year; m month; y, Y year in two or four
-	 * digits; h, H hour of 12 or 24; M minute; S second; s millisecond. Any other letter stands for itself.
+	 * Letters behind a per cent sign stand for: a, A am or AM; d day; D day of the year; m month; y, Y year in two or
+	 * four digits; h, H hour of 12 or 24; M minute; S second; s millisecond. Any other letter stands for itself.
 	 */
 	FString ToString(const TCHAR* Format) const;
 

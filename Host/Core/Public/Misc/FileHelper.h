@@ -4,11 +4,11 @@
 #include "HAL/FileManager.h"
 
 /**
- * Whole files at once. Loading honours byte order marks and takes unmarked text for UTF-8; malformed bytes become U+FFFD.
- * Saving makes the directories on the way and replaces the file as one step: a reader sees the old or the new file,
- * never a part, and a failed save leaves the old one. A symbolic link stays, its target is replaced; the file's mode is
- * kept; a read-only file is refused without FILEWRITE_EvenIfReadOnly. Appending writes in place. Failures are false and a
- * warning in the log. Files of 2 GB and more aren't loaded. Any thread.
+ * Whole files at once. Loading honours byte order marks and takes unmarked text for UTF-8; malformed bytes become
+ * U+FFFD. Saving makes the directories on the way and replaces the file as one step: a reader sees the old or the new
+ * file, never a part, and a failed save leaves the old one. A symbolic link stays, its target is replaced; the file's
+ * mode is kept; a read-only file is refused without FILEWRITE_EvenIfReadOnly. Appending writes in place. Failures are
+ * false and a warning in the log. Files of 2 GB and more aren't loaded. Any thread.
  */
 struct FFileHelper
 {

@@ -3,10 +3,10 @@
 #include "Misc/OutputDevice.h"
 
 /**
- * Writes messages to a file, a line each with its UTC time, at once, so that the file can be read while it grows. The log
- * of an earlier run, and a log that has reached its size, becomes a backup beside the file with the time in its name; the
- * five newest backups are kept. When another process holds the file, the name gets a number. A line that the disk doesn't
- * take is lost.
+ * Writes messages to a file, a line each with its UTC time, at once, so that the file can be read while it grows. The
+ * log of an earlier run, and a log that has reached its size, becomes a backup beside the file with the time in its
+ * name; the five newest backups are kept. When another process holds the file, the name gets a number. A line that the
+ * disk doesn't take is lost.
  */
 class FOutputDeviceFile final : public FOutputDevice
 {

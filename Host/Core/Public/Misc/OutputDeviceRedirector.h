@@ -5,8 +5,8 @@
 #include "Misc/OutputDevice.h"
 
 /**
- * The log of the process: hands each message to all its devices, on the thread that logs, one message at a time. A device
- * may log, add devices and remove any device, itself included, while it takes a message.
+ * The log of the process: hands each message to all its devices, on the thread that logs, one message at a time. A
+ * device may log, add devices and remove any device, itself included, while it takes a message.
  */
 class FOutputDeviceRedirector final : public FOutputDevice
 {

@@ -6,8 +6,8 @@ class FText;
 
 /**
  * Where things are, and the arithmetic of path texts. Both slashes separate; results use the forward one. The places of
- * the project and the engine are absolute and end in a slash. No call but `FileExists` and `DirectoryExists` looks at the
- * disk. Any thread.
+ * the project and the engine are absolute and end in a slash. No call but `FileExists` and `DirectoryExists` looks at
+ * the disk. Any thread.
  */
 class FPaths
 {
@@ -30,8 +30,8 @@ public:
 	static FString GetProjectFilePath();
 	static bool IsProjectFilePathSet() { return !GetProjectFilePath().IsEmpty(); }
 	/**
-	 * Sets the project by its file, whose directory becomes the project's and whose base name becomes the project's name.
-	 * An empty path makes the working directory the project, which is how a process starts.
+	 * Sets the project by its file, whose directory becomes the project's and whose base name becomes the project's
+	 * name. An empty path makes the working directory the project, which is how a process starts.
 	 */
 	static void SetProjectFilePath(const FString& NewFilePath);
 	/** An empty path stands for the directory of the executable, which is how a process starts. */
@@ -49,7 +49,8 @@ public:
 	/** Absolute, with `.`, `..` and doubled slashes taken out; `..` stops at the root. A slash at the end stays. */
 	static FString ConvertRelativePathToFull(const FString& Path);
 	static FString ConvertRelativePathToFull(const FString& BasePath, const FString& Path);
-	/** Takes `.`, `..` and doubled slashes out. @return false, and no change, when `..` leads above the path's start. */
+	/** Takes `.`, `..` and doubled slashes out. @return false, and no change, when `..` leads above the path's start.
+	 */
 	static bool CollapseRelativeDirectories(FString& InOutPath);
 	static void NormalizeFilename(FString& InOutPath);
 	/** As `NormalizeFilename`, and takes the slash at the end away unless it is the root. */

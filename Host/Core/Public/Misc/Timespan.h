@@ -27,7 +27,7 @@ struct FTimespan
 	}
 	constexpr FTimespan(int32 Days, int32 Hours, int32 Minutes, int32 Seconds, int32 Nanoseconds = 0)
 		: Ticks(Days * ETimespan::TicksPerDay + Hours * ETimespan::TicksPerHour + Minutes * ETimespan::TicksPerMinute +
-				Seconds * ETimespan::TicksPerSecond + Nanoseconds / ETimespan::NanosecondsPerTick)
+			  Seconds * ETimespan::TicksPerSecond + Nanoseconds / ETimespan::NanosecondsPerTick)
 	{
 	}
 

@@ -32,8 +32,8 @@ private:
 };
 
 /**
- * A stream of bytes that is read or written by the same calls. Numbers are little-endian. One thread at a time, which may
- * be any. Loading never makes room for more than the rest of the input can hold, whatever a count in it claims.
+ * A stream of bytes that is read or written by the same calls. Numbers are little-endian. One thread at a time, which
+ * may be any. Loading never makes room for more than the rest of the input can hold, whatever a count in it claims.
  */
 class FArchive : public FArchiveState
 {
