@@ -1,3 +1,5 @@
+#include "Async/Async.h"
+#include "Containers/Ticker.h"
 #include "HAL/PlatformTime.h"
 #include "Logging/LogMacros.h"
 #include "Misc/DateTime.h"
@@ -5,6 +7,7 @@
 #include "Misc/Paths.h"
 #include "Support/FaultPlan.h"
 #include "Support/LogCapture.h"
+#include "Support/LoopPump.h"
 #include "Support/TempProject.h"
 #include "Support/TestClock.h"
 
@@ -93,4 +96,26 @@ TEST(FaultPlan, WalksThroughEveryCallOnce)
 		EXPECT_EQ("new", Project.Read("Saved/A.txt"));
 	}
 	EXPECT_TRUE(FFileHelper::SaveStringToFile(FString(TEXT("after")), *Project.Path("Saved/A.txt")));
+}
+
+TEST(LoopPump, TurnsUntilTheConditionHoldsOrTheLimitPasses)
+{
+	FTestClock Clock;
+	FLoopPump Pump;
+	bool bTicked = false;
+	FTSTicker::GetCoreTicker().AddTicker(TEXT("Late"), 600.0f,
+		[&bTicked](float)
+		{
+			bTicked = true;
+			return false;
+		});
+	bool bHopped = false;
+	AsyncTask(ENamedThreads::AnyBackgroundThreadNormalTask,
+		[&bHopped] { AsyncTask(ENamedThreads::GameThread, [&bHopped] { bHopped = true; }); });
+	EXPECT_TRUE(Pump.Until([&bHopped] { return bHopped; }));
+	EXPECT_FALSE(bTicked);
+	EXPECT_FALSE(Pump.Until([] { return false; }, 0.0)) << "the limit goes by the system's clock";
+	Clock.Advance(601);
+	Pump.Tick();
+	EXPECT_TRUE(bTicked);
 }

@@ -5,7 +5,9 @@
 #include "HAL/ThreadName.h"
 #include "Templates/UniquePtr.h"
 
+#include <algorithm>
 #include <pthread.h>
+#include <string>
 #include <system_error>
 
 FRunnableThread* FRunnableThread::Create(FRunnable* Runnable, const TCHAR* Name, uint32, EThreadPriority)
@@ -67,7 +69,7 @@ void FRunnableThread::Main()
 
 void SetCurrentThreadName(const TCHAR* Name)
 {
-	char Short[16] = {};
-	std::strncpy(Short, TCHAR_TO_UTF8(Name), sizeof(Short) - 1);
-	pthread_setname_np(pthread_self(), Short);
+	const FTCHARToUTF8 Utf8(Name);
+	const std::string Short(Utf8.Get(), (SIZE_T)std::min(Utf8.Length(), 15));
+	pthread_setname_np(pthread_self(), Short.c_str());
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "Containers/StringView.h"
+#include "Logging/LogMacros.h"
 
-/** Tells that a caller asked for something that a value or an object doesn't have. Any thread. */
-void LogJsonError(FStringView Message);
+DECLARE_LOG_CATEGORY_EXTERN(LogJson, Log, All);

@@ -2,6 +2,8 @@
 
 #include "Json/JsonLog.h"
 
+DEFINE_LOG_CATEGORY(LogJson);
+
 bool FJsonObject::HasTypedField(FStringView FieldName, EJson JsonType) const
 {
 	const TSharedPtr<FJsonValue>* Value = Values.Find(FieldName);
@@ -18,11 +20,11 @@ TSharedPtr<FJsonValue> FJsonObject::GetField(FStringView FieldName, EJson JsonTy
 	const FString Name(FieldName);
 	if (Value && *Value)
 	{
-		LogJsonError(FString::Printf(TEXT("Field %s is of the wrong type."), *Name));
+		UE_LOG(LogJson, Error, TEXT("Field %s is of the wrong type."), *Name);
 	}
 	else
 	{
-		LogJsonError(FString::Printf(TEXT("Field %s was not found."), *Name));
+		UE_LOG(LogJson, Error, TEXT("Field %s was not found."), *Name);
 	}
 	return MakeShared<FJsonValueNull>();
 }
@@ -32,7 +34,7 @@ int32 FJsonObject::GetIntegerField(FStringView FieldName) const
 	int32 Number = 0;
 	if (!TryGetNumberField(FieldName, Number))
 	{
-		LogJsonError(FString::Printf(TEXT("Field %s is no 32-bit integer."), *FString(FieldName)));
+		UE_LOG(LogJson, Error, TEXT("Field %s is no 32-bit integer."), *FString(FieldName));
 	}
 	return Number;
 }

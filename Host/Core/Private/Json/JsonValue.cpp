@@ -35,8 +35,7 @@ FJsonValue::~FJsonValue()
 
 void FJsonValue::ReportMismatch(EJson Wanted) const
 {
-	LogJsonError(
-		FString::Printf(TEXT("Json Value of type '%s' used as a '%s'."), JsonTypeName(Type), JsonTypeName(Wanted)));
+	UE_LOG(LogJson, Error, TEXT("Json Value of type '%s' used as a '%s'."), JsonTypeName(Type), JsonTypeName(Wanted));
 }
 
 double FJsonValue::AsNumber() const
