@@ -140,7 +140,7 @@ public:
 		}
 		return Index;
 	}
-	T& AddDefaulted_GetRef() { return GetData()[AddDefaulted()]; }
+	T& AddDefaulted_GetRef() { return AtNew(AddDefaulted()); }
 
 	template <typename... ArgTypes>
 	int32 Emplace(ArgTypes&&... Args)
@@ -150,12 +150,12 @@ public:
 	template <typename... ArgTypes>
 	T& Emplace_GetRef(ArgTypes&&... Args)
 	{
-		return GetData()[EmplaceAt(Forward<ArgTypes>(Args)...)];
+		return AtNew(EmplaceAt(Forward<ArgTypes>(Args)...));
 	}
 	int32 Add(const T& Item) { return EmplaceAt(Item); }
 	int32 Add(T&& Item) { return EmplaceAt(MoveTempIfPossible(Item)); }
-	T& Add_GetRef(const T& Item) { return GetData()[EmplaceAt(Item)]; }
-	T& Add_GetRef(T&& Item) { return GetData()[EmplaceAt(MoveTempIfPossible(Item))]; }
+	T& Add_GetRef(const T& Item) { return AtNew(EmplaceAt(Item)); }
+	T& Add_GetRef(T&& Item) { return AtNew(EmplaceAt(MoveTempIfPossible(Item))); }
 	void Push(const T& Item) { Add(Item); }
 	void Push(T&& Item) { Add(MoveTempIfPossible(Item)); }
 	int32 AddUnique(const T& Item)
@@ -637,6 +637,9 @@ private:
 
 	T* AtOrNull(int32 Index) { return Index == INDEX_NONE ? nullptr : GetData() + Index; }
 	const T* AtOrNull(int32 Index) const { return Index == INDEX_NONE ? nullptr : GetData() + Index; }
+
+	/** The element just added. Its index comes as an argument, for the memory has to be asked for after the addition. */
+	T& AtNew(int32 Index) { return GetData()[Index]; }
 
 	StorageType Storage;
 	int32 ArrayNum = 0;
