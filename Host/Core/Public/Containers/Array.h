@@ -638,7 +638,8 @@ private:
 	T* AtOrNull(int32 Index) { return Index == INDEX_NONE ? nullptr : GetData() + Index; }
 	const T* AtOrNull(int32 Index) const { return Index == INDEX_NONE ? nullptr : GetData() + Index; }
 
-	/** The element just added. Its index comes as an argument, for the memory has to be asked for after the addition. */
+	/** The element just added. Its index comes as an argument, for the memory has to be asked for after the addition.
+	 */
 	T& AtNew(int32 Index) { return GetData()[Index]; }
 
 	StorageType Storage;
