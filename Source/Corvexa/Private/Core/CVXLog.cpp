@@ -1,0 +1,3 @@
+#include "Core/CVXLog.h"
+
+DEFINE_LOG_CATEGORY(LogCorvexa);

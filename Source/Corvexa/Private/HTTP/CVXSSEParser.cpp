@@ -1,0 +1,97 @@
+#include "HTTP/CVXSSEParser.h"
+
+#include "Core/CVXLog.h"
+
+void FCVXSSEParser::FeedChunk(const FString& Chunk, const TFunction<void(const FCVXSSEEvent&)>& OnEvent)
+{
+	FStringView Rest(Chunk);
+	int32 LineEnd = INDEX_NONE;
+	while (Rest.FindChar(TEXT('\n'), LineEnd))
+	{
+		FStringView Line = Rest.Left(LineEnd);
+		// Taken out of the buffer before the call: a handler may reset the parser.
+		FString Joined;
+		if (!LineBuffer.IsEmpty())
+		{
+			Joined = MoveTemp(LineBuffer);
+			LineBuffer.Reset();
+			Joined.Append(Line);
+			Line = Joined;
+		}
+		if (Line.EndsWith(TEXT('\r')))
+		{
+			Line.RemoveSuffix(1);
+		}
+		Rest.RemovePrefix(LineEnd + 1);
+		ProcessLine(Line, OnEvent);
+	}
+	LineBuffer.Append(Rest);
+	if (LineBuffer.Len() > MaxLineLength)
+	{
+		UE_LOG(LogCorvexa, Warning,
+			TEXT("SSEParser: LineBuffer exceeded %d chars without newline — force-flushing as data line"), MaxLineLength);
+		const FString Line = MoveTemp(LineBuffer);
+		LineBuffer.Reset();
+		ProcessLine(Line, OnEvent);
+	}
+}
+
+void FCVXSSEParser::Reset()
+{
+	LineBuffer.Empty();
+	CurrentEvent.Empty();
+	CurrentData.Empty();
+}
+
+void FCVXSSEParser::ProcessLine(FStringView Line, const FOnEvent& OnEvent)
+{
+	if (Line.IsEmpty())
+	{
+		DispatchEvent(OnEvent);
+		return;
+	}
+	if (Line[0] == TEXT(':'))
+	{
+		return;
+	}
+	int32 Colon = INDEX_NONE;
+	if (!Line.FindChar(TEXT(':'), Colon))
+	{
+		ProcessField(Line, FStringView());
+		return;
+	}
+	FStringView Value = Line.RightChop(Colon + 1);
+	if (Value.StartsWith(TEXT(' ')))
+	{
+		Value.RemovePrefix(1);
+	}
+	ProcessField(Line.Left(Colon), Value);
+}
+
+void FCVXSSEParser::ProcessField(FStringView Name, FStringView Value)
+{
+	if (Name == TEXT("data"))
+	{
+		if (!CurrentData.IsEmpty())
+		{
+			CurrentData.AppendChar(TEXT('\n'));
+		}
+		CurrentData.Append(Value);
+	}
+	else if (Name == TEXT("event"))
+	{
+		CurrentEvent.Reset();
+		CurrentEvent.Append(Value);
+	}
+}
+
+void FCVXSSEParser::DispatchEvent(const FOnEvent& OnEvent)
+{
+	FCVXSSEEvent Event{MoveTemp(CurrentEvent), MoveTemp(CurrentData)};
+	CurrentEvent.Reset();
+	CurrentData.Reset();
+	if (!Event.Data.IsEmpty())
+	{
+		OnEvent(Event);
+	}
+}

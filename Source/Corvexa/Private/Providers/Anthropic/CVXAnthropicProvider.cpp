@@ -1,0 +1,219 @@
+#include "Providers/Anthropic/CVXAnthropicProvider.h"
+
+#include "Dom/JsonObject.h"
+#include "Logging/LogMacros.h"
+#include "Providers/Anthropic/CVXAnthropicBody.h"
+
+DEFINE_LOG_CATEGORY_STATIC(LogCVXAnthropicProvider, Log, All);
+
+namespace
+{
+const TCHAR* const kBaseURL = TEXT("https://api.anthropic.com");
+const TCHAR* const kAPIVersion = TEXT("2023-06-01");
+const TCHAR* const kBetaHeader = TEXT("interleaved-thinking-2025-05-14,prompt-caching-2024-07-31");
+constexpr int32 DefaultContextTokens = 200000;
+
+/** The index that an event names; false for an event without one. */
+bool ReadIndex(const FJsonObject& Event, int32& OutIndex)
+{
+	return Event.TryGetNumberField(TEXT("index"), OutIndex);
+}
+} // namespace
+
+FString FCVXAnthropicProvider::GetProviderName() const
+{
+	return TEXT("Anthropic");
+}
+
+TSharedRef<FCVXProviderBase::FRequestState> FCVXAnthropicProvider::MakeState() const
+{
+	return MakeShared<FAnthropicState>();
+}
+
+int32 FCVXAnthropicProvider::GetDefaultContextTokens() const
+{
+	return DefaultContextTokens;
+}
+
+FString FCVXAnthropicProvider::GetRequestURL() const
+{
+	return FString::Printf(TEXT("%s/v1/messages"), Profile.BaseURL.IsEmpty() ? kBaseURL : *Profile.BaseURL);
+}
+
+void FCVXAnthropicProvider::SetHeaders(IHttpRequest& HttpRequest, const FString& ApiKey) const
+{
+	HttpRequest.SetHeader(TEXT("Content-Type"), TEXT("application/json"));
+	HttpRequest.SetHeader(TEXT("x-api-key"), ApiKey);
+	HttpRequest.SetHeader(TEXT("anthropic-version"), kAPIVersion);
+	HttpRequest.SetHeader(TEXT("anthropic-beta"), kBetaHeader);
+}
+
+FString FCVXAnthropicProvider::BuildRequestJson(const FCVXProviderRequest& Request) const
+{
+	return CVXAnthropic::BuildBody(Profile, Request);
+}
+
+void FCVXAnthropicProvider::HandleSSEEvent(const FString& Handle, FRequestState& BaseState, const FCVXSSEEvent& Event)
+{
+	if (Event.Data == TEXT("[DONE]") || Event.EventType == TEXT("message_stop"))
+	{
+		FinishRequest(Handle);
+		return;
+	}
+	if (Event.Data.IsEmpty())
+	{
+		return;
+	}
+	const TSharedPtr<FJsonObject> Json = ParseEventData(Handle, BaseState, Event.Data);
+	if (!Json)
+	{
+		return;
+	}
+	FAnthropicState& State = static_cast<FAnthropicState&>(BaseState);
+	if (Event.EventType == TEXT("content_block_delta"))
+	{
+		HandleContentBlockDelta(State, *Json);
+	}
+	else if (Event.EventType == TEXT("content_block_start"))
+	{
+		HandleContentBlockStart(State, *Json);
+	}
+	else if (Event.EventType == TEXT("content_block_stop"))
+	{
+		HandleContentBlockStop(State, *Json);
+	}
+	else if (Event.EventType == TEXT("message_start"))
+	{
+		HandleMessageStart(State, *Json);
+	}
+	else if (Event.EventType == TEXT("message_delta"))
+	{
+		HandleMessageDelta(State, *Json);
+	}
+	else if (Event.EventType == TEXT("error"))
+	{
+		HandleError(Handle, *Json);
+	}
+}
+
+void FCVXAnthropicProvider::HandleMissingStop(const FString& Handle, FRequestState& /*State*/)
+{
+	UE_LOG(LogCVXAnthropicProvider, Warning,
+		TEXT("HTTP completed 200 but message_stop was not received for %s — forcing stream done."), *Handle);
+	FinishRequest(Handle);
+}
+
+void FCVXAnthropicProvider::HandleMessageStart(FAnthropicState& State, const FJsonObject& Event)
+{
+	const TSharedPtr<FJsonObject>* Message = nullptr;
+	const TSharedPtr<FJsonObject>* Usage = nullptr;
+	if (!Event.TryGetObjectField(TEXT("message"), Message) || !(*Message)->TryGetObjectField(TEXT("usage"), Usage))
+	{
+		return;
+	}
+	State.Usage.CacheRead = 0;
+	State.Usage.CacheWrite = 0;
+	(*Usage)->TryGetNumberField(TEXT("input_tokens"), State.Usage.InputTokens);
+	(*Usage)->TryGetNumberField(TEXT("output_tokens"), State.Usage.OutputTokens);
+	(*Usage)->TryGetNumberField(TEXT("cache_read_input_tokens"), State.Usage.CacheRead);
+	(*Usage)->TryGetNumberField(TEXT("cache_creation_input_tokens"), State.Usage.CacheWrite);
+}
+
+void FCVXAnthropicProvider::HandleContentBlockStart(FAnthropicState& State, const FJsonObject& Event)
+{
+	int32 Index = INDEX_NONE;
+	const TSharedPtr<FJsonObject>* Block = nullptr;
+	FString Type;
+	if (!ReadIndex(Event, Index) || !Event.TryGetObjectField(TEXT("content_block"), Block) ||
+		!(*Block)->TryGetStringField(TEXT("type"), Type) || Type != TEXT("tool_use"))
+	{
+		return;
+	}
+	FCVXToolCall& Call = State.ToolCalls.Add(Index, FCVXToolCall());
+	(*Block)->TryGetStringField(TEXT("id"), Call.Id);
+	(*Block)->TryGetStringField(TEXT("name"), Call.Name);
+	Call.Arguments = TEXT("{}");
+	State.ToolJson.Add(Index, FString());
+}
+
+void FCVXAnthropicProvider::HandleContentBlockDelta(FAnthropicState& State, const FJsonObject& Event)
+{
+	const TSharedPtr<FJsonObject>* Delta = nullptr;
+	FString Type;
+	if (!Event.TryGetObjectField(TEXT("delta"), Delta) || !(*Delta)->TryGetStringField(TEXT("type"), Type))
+	{
+		return;
+	}
+	FString Text;
+	if (Type == TEXT("text_delta"))
+	{
+		if ((*Delta)->TryGetStringField(TEXT("text"), Text) && State.Callbacks.OnTextDelta)
+		{
+			State.Callbacks.OnTextDelta(Text);
+		}
+	}
+	else if (Type == TEXT("input_json_delta"))
+	{
+		int32 Index = INDEX_NONE;
+		FString* Json = ReadIndex(Event, Index) ? State.ToolJson.Find(Index) : nullptr;
+		if (Json && (*Delta)->TryGetStringField(TEXT("partial_json"), Text))
+		{
+			Json->Append(Text);
+		}
+	}
+	else if (Type == TEXT("thinking_delta"))
+	{
+		const bool bText = (*Delta)->TryGetStringField(TEXT("thinking"), Text) && !Text.IsEmpty();
+		if (bText && State.Callbacks.OnReasoningDelta)
+		{
+			State.Callbacks.OnReasoningDelta(Text);
+		}
+	}
+}
+
+void FCVXAnthropicProvider::HandleContentBlockStop(FAnthropicState& State, const FJsonObject& Event)
+{
+	int32 Index = INDEX_NONE;
+	FCVXToolCall Call;
+	if (!ReadIndex(Event, Index) || !State.ToolCalls.RemoveAndCopyValue(Index, Call))
+	{
+		return;
+	}
+	FString Json;
+	State.ToolJson.RemoveAndCopyValue(Index, Json);
+	if (!Json.IsEmpty())
+	{
+		Call.Arguments = MoveTemp(Json);
+	}
+	if (State.Callbacks.OnToolCallComplete)
+	{
+		State.Callbacks.OnToolCallComplete(Call);
+	}
+}
+
+void FCVXAnthropicProvider::HandleMessageDelta(FAnthropicState& State, const FJsonObject& Event)
+{
+	const TSharedPtr<FJsonObject>* Usage = nullptr;
+	if (Event.TryGetObjectField(TEXT("usage"), Usage))
+	{
+		(*Usage)->TryGetNumberField(TEXT("output_tokens"), State.Usage.OutputTokens);
+	}
+	const TSharedPtr<FJsonObject>* Delta = nullptr;
+	FString StopReason;
+	if (Event.TryGetObjectField(TEXT("delta"), Delta) && (*Delta)->TryGetStringField(TEXT("stop_reason"), StopReason))
+	{
+		State.Usage.bTruncated |= StopReason == TEXT("max_tokens");
+	}
+}
+
+void FCVXAnthropicProvider::HandleError(const FString& Handle, const FJsonObject& Event)
+{
+	const TSharedPtr<FJsonObject>* Error = nullptr;
+	FString Message;
+	if (!Event.TryGetObjectField(TEXT("error"), Error) || !(*Error)->TryGetStringField(TEXT("message"), Message))
+	{
+		Message = TEXT("Unknown Anthropic API error");
+	}
+	UE_LOG(LogCVXAnthropicProvider, Error, TEXT("Anthropic API error for %s: %s"), *Handle, *Message);
+	FailRequest(Handle, Message);
+}

@@ -1,0 +1,195 @@
+#include "Providers/CVXProviderBase.h"
+
+#include "Core/CVXLog.h"
+#include "Dom/JsonObject.h"
+#include "HttpModule.h"
+#include "Interfaces/IHttpResponse.h"
+#include "Misc/Guid.h"
+#include "Providers/CVXProviderFactory.h"
+#include "Serialization/JsonReader.h"
+#include "Serialization/JsonSerializer.h"
+
+namespace
+{
+void ReportError(const FCVXProviderCallbacks& Callbacks, const FString& ErrorText)
+{
+	if (Callbacks.OnError)
+	{
+		Callbacks.OnError(ErrorText);
+	}
+}
+} // namespace
+
+FCVXProviderBase::FCVXProviderBase(const FCVXProviderProfile& InProfile)
+	: Profile(InProfile)
+{
+}
+
+FCVXProviderBase::~FCVXProviderBase()
+{
+	*AliveFlag = false;
+	for (const auto& [Handle, State] : ActiveRequests)
+	{
+		State->Stream->Cancel();
+		State->HttpRequest->CancelRequest();
+	}
+}
+
+bool FCVXProviderBase::IsConfigured() const
+{
+	return FCVXProviderFactory::HasApiKey(Profile);
+}
+
+int32 FCVXProviderBase::GetMaxContextTokens() const
+{
+	return Profile.MaxContextTokens > 0 ? Profile.MaxContextTokens : GetDefaultContextTokens();
+}
+
+FString FCVXProviderBase::StreamRequest(const FCVXProviderRequest& Request, const FCVXProviderCallbacks& Callbacks)
+{
+	const FString ApiKey = FCVXProviderFactory::GetApiKey(Profile);
+	if (ApiKey.IsEmpty())
+	{
+		ReportError(Callbacks,
+			FString::Printf(TEXT("API key not found. Set the '%s' environment variable."), *Profile.ApiKeyEnvVar));
+		return FString();
+	}
+
+	const FString Handle = FGuid::NewGuid().ToString(EGuidFormats::Digits);
+	const TSharedRef<FRequestState> State = MakeState();
+	State->Callbacks = Callbacks;
+	State->Stream = MakeShared<FCVXSSEStream>([this, Handle, Alive = AliveFlag](const FCVXSSEEvent& Event) {
+		if (*Alive)
+		{
+			OnEvent(Handle, Event);
+		}
+	});
+
+	const FHttpRequestRef HttpRequest = FHttpModule::Get().CreateRequest();
+	State->HttpRequest = HttpRequest;
+	HttpRequest->SetURL(GetRequestURL());
+	HttpRequest->SetVerb(TEXT("POST"));
+	SetHeaders(*HttpRequest, ApiKey);
+	HttpRequest->SetContentAsString(BuildRequestJson(Request));
+	HttpRequest->SetResponseBodyReceiveStream(State->Stream.ToSharedRef());
+	HttpRequest->SetTimeout(Profile.TimeoutSeconds > 0.0f ? Profile.TimeoutSeconds : DefaultTimeoutSeconds);
+	HttpRequest->OnProcessRequestComplete().BindLambda(
+		[this, Handle, Alive = AliveFlag](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+			if (*Alive)
+			{
+				OnHttpComplete(Handle, Response, bConnected);
+			}
+		});
+
+	ActiveRequests.Add(Handle, State);
+	if (!HttpRequest->ProcessRequest())
+	{
+		FailRequest(Handle, TEXT("Failed to start HTTP request."));
+		return FString();
+	}
+	return Handle;
+}
+
+void FCVXProviderBase::CancelRequest(const FString& Handle)
+{
+	if (const TSharedPtr<FRequestState> State = RemoveState(Handle))
+	{
+		State->Stream->Cancel();
+		State->HttpRequest->CancelRequest();
+	}
+}
+
+void FCVXProviderBase::OnEvent(const FString& Handle, const FCVXSSEEvent& Event)
+{
+	if (const TSharedPtr<FRequestState> State = ActiveRequests.FindRef(Handle))
+	{
+		HandleSSEEvent(Handle, *State, Event);
+	}
+}
+
+void FCVXProviderBase::OnHttpComplete(const FString& Handle, const FHttpResponsePtr& Response, bool bConnected)
+{
+	if (!bConnected || !Response.IsValid())
+	{
+		FailRequest(Handle, TEXT("HTTP connection failed."));
+		return;
+	}
+	if (Response->GetResponseCode() >= 400)
+	{
+		FailRequest(Handle, FormatHttpError(*Response, ActiveRequests.FindRef(Handle)));
+		return;
+	}
+	OnStreamClosed(Handle);
+}
+
+void FCVXProviderBase::OnStreamClosed(const FString& Handle)
+{
+	const TSharedPtr<FRequestState> State = ActiveRequests.FindRef(Handle);
+	if (!State)
+	{
+		return;
+	}
+	const TSharedRef<bool> Alive = AliveFlag;
+	State->Stream->Flush();
+	if (*Alive && ActiveRequests.Contains(Handle))
+	{
+		HandleMissingStop(Handle, *State);
+	}
+}
+
+FString FCVXProviderBase::FormatHttpError(const IHttpResponse& Response, const TSharedPtr<FRequestState>& State)
+{
+	const FString Body = State ? State->Stream->GetRawContent().Left(MaxQuotedBody) : FString();
+	FString Text = FString::Printf(TEXT("HTTP %d: %s"), Response.GetResponseCode(), *Body);
+	const FString RetryAfter = Response.GetResponseCode() == 429 ? Response.GetHeader(TEXT("Retry-After")) : FString();
+	if (!RetryAfter.IsEmpty())
+	{
+		Text.Appendf(TEXT(" [Retry-After: %s]"), *RetryAfter);
+	}
+	return Text;
+}
+
+TSharedPtr<FJsonObject> FCVXProviderBase::ParseEventData(const FString& Handle, FRequestState& State, const FString& Data)
+{
+	TSharedPtr<FJsonObject> Object;
+	if (FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Data), Object) && Object.IsValid())
+	{
+		State.JsonParseFailures = 0;
+		return Object;
+	}
+	const FString Quoted = Data.Left(MaxQuotedEvent);
+	++State.JsonParseFailures;
+	UE_LOG(LogCorvexa, Warning, TEXT("Failed to parse SSE JSON (consecutive: %d): %s"), State.JsonParseFailures, *Quoted);
+	if (State.JsonParseFailures >= MaxJsonParseFailures)
+	{
+		FailRequest(Handle, FString::Printf(TEXT("SSE stream corrupted: %d consecutive JSON parse failures. Last data: %s"),
+								State.JsonParseFailures, *Quoted));
+	}
+	return nullptr;
+}
+
+void FCVXProviderBase::FinishRequest(const FString& Handle)
+{
+	const TSharedPtr<FRequestState> State = RemoveState(Handle);
+	if (State && State->Callbacks.OnStreamFinished)
+	{
+		State->Callbacks.OnStreamFinished(State->Usage);
+	}
+}
+
+void FCVXProviderBase::FailRequest(const FString& Handle, const FString& ErrorText)
+{
+	if (const TSharedPtr<FRequestState> State = RemoveState(Handle))
+	{
+		State->Stream->Cancel();
+		State->HttpRequest->CancelRequest();
+		ReportError(State->Callbacks, ErrorText);
+	}
+}
+
+TSharedPtr<FCVXProviderBase::FRequestState> FCVXProviderBase::RemoveState(const FString& Handle)
+{
+	TSharedPtr<FRequestState> State;
+	ActiveRequests.RemoveAndCopyValue(Handle, State);
+	return State;
+}

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "Core/CVXProfiles.h"
+#include "HTTP/CVXSSEStream.h"
+#include "Interfaces/IHttpRequest.h"
+#include "Providers/CVXProvider.h"
+
+class FJsonObject;
+
+/**
+ * What the dialects share: starting a request, feeding its events in, ending it exactly once, and the texts of failure. A
+ * dialect adds its URL, headers, body, and what each event does. Game thread.
+ */
+class FCVXProviderBase : public ICVXProvider
+{
+public:
+	/** The time-out of a profile that names none, in seconds. */
+	static constexpr float DefaultTimeoutSeconds = 300.0f;
+	/** So many bad events in a row end a request. */
+	static constexpr int32 MaxJsonParseFailures = 3;
+	/** The characters of an error body and of a bad event that a text quotes. */
+	static constexpr int32 MaxQuotedBody = 500;
+	static constexpr int32 MaxQuotedEvent = 200;
+
+	explicit FCVXProviderBase(const FCVXProviderProfile& InProfile);
+	~FCVXProviderBase() override;
+	FCVXProviderBase(const FCVXProviderBase&) = delete;
+	FCVXProviderBase& operator=(const FCVXProviderBase&) = delete;
+
+	FString StreamRequest(const FCVXProviderRequest& Request, const FCVXProviderCallbacks& Callbacks) final;
+	void CancelRequest(const FString& Handle) final;
+	bool IsConfigured() const final;
+	int32 GetMaxContextTokens() const final;
+
+protected:
+	/** One request under way. It lives to its one terminal event; a dialect adds what it gathers. */
+	struct FRequestState
+	{
+		virtual ~FRequestState() = default;
+
+		FHttpRequestPtr HttpRequest;
+		TSharedPtr<FCVXSSEStream> Stream;
+		FCVXProviderCallbacks Callbacks;
+		FCVXTokenUsage Usage;
+		int32 JsonParseFailures = 0;
+	};
+
+	virtual TSharedRef<FRequestState> MakeState() const = 0;
+	virtual int32 GetDefaultContextTokens() const = 0;
+	virtual FString GetRequestURL() const = 0;
+	virtual void SetHeaders(IHttpRequest& HttpRequest, const FString& ApiKey) const = 0;
+	virtual FString BuildRequestJson(const FCVXProviderRequest& Request) const = 0;
+	/** The handle is known. The state stays valid during the call, even when a callback ends the request. */
+	virtual void HandleSSEEvent(const FString& Handle, FRequestState& State, const FCVXSSEEvent& Event) = 0;
+	/** The response ended well without the dialect's stop event. */
+	virtual void HandleMissingStop(const FString& Handle, FRequestState& State) = 0;
+
+	/** @return the event's object; null for bad JSON, which is counted and ends the request when it happens too often. */
+	TSharedPtr<FJsonObject> ParseEventData(const FString& Handle, FRequestState& State, const FString& Data);
+
+	/** The two terminal events: the state is removed first, then its callback is called. */
+	void FinishRequest(const FString& Handle);
+	void FailRequest(const FString& Handle, const FString& ErrorText);
+
+	const FCVXProviderProfile Profile;
+
+private:
+	void OnEvent(const FString& Handle, const FCVXSSEEvent& Event);
+	void OnHttpComplete(const FString& Handle, const FHttpResponsePtr& Response, bool bConnected);
+	void OnStreamClosed(const FString& Handle);
+	TSharedPtr<FRequestState> RemoveState(const FString& Handle);
+	static FString FormatHttpError(const IHttpResponse& Response, const TSharedPtr<FRequestState>& State);
+
+	/** False once the provider is gone; every delayed call holds it. */
+	TSharedRef<bool> AliveFlag = MakeShared<bool>(true);
+	TMap<FString, TSharedPtr<FRequestState>> ActiveRequests;
+};

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "Dom/JsonObject.h"
+#include "Policies/CondensedJsonPrintPolicy.h"
+#include "Serialization/JsonWriter.h"
+
+/** What the request bodies of the dialects share. */
+namespace CVXProviderJson
+{
+using FWriter = TJsonWriter<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>;
+
+/** @return the object that the text holds; null when it holds none. */
+TSharedPtr<FJsonObject> ParseObject(const FString& Json);
+
+/** The number that people see for a single-precision value: 0.7 rather than 0.699999988. */
+double ShortestDouble(float Value);
+} // namespace CVXProviderJson
