@@ -1,6 +1,6 @@
 #include "Core/CVXTypes.h"
 #include "Support/HostTypePrinting.h"
-#include "UObject/Class.h"
+#include "UObject/UnrealType.h"
 
 #include <gtest/gtest.h>
 

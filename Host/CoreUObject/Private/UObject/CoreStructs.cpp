@@ -27,6 +27,12 @@ constexpr FPropertyTable LinearColorMembers[] = {CORE_MEMBER(FLinearColor, R, Fl
 	CORE_MEMBER(FLinearColor, G, Float), CORE_MEMBER(FLinearColor, B, Float), CORE_MEMBER(FLinearColor, A, Float)};
 constexpr FPropertyTable ColorMembers[] = {CORE_MEMBER(FColor, B, Byte), CORE_MEMBER(FColor, G, Byte),
 	CORE_MEMBER(FColor, R, Byte), CORE_MEMBER(FColor, A, Byte)};
+constexpr FPropertyTable GuidMembers[] = {CORE_MEMBER(FGuid, A, UInt32), CORE_MEMBER(FGuid, B, UInt32),
+	CORE_MEMBER(FGuid, C, UInt32), CORE_MEMBER(FGuid, D, UInt32)};
+/** Times are a count of ticks and nothing else. */
+static_assert(sizeof(FDateTime) == sizeof(int64) && sizeof(FTimespan) == sizeof(int64));
+constexpr FPropertyTable TickMembers[] = {
+	{.Name = "Ticks", .Kind = EPropertyKind::Int64, .Flags = MemberFlags, .Offset = 0}};
 
 template <typename StructType>
 constexpr FStructTable Describe(const char* CppName, Reflection::TTable<FPropertyTable> Members)
@@ -54,5 +60,8 @@ IMPLEMENT_CORE_STRUCT(FVector2D, Vector2DMembers)
 IMPLEMENT_CORE_STRUCT(FRotator, RotatorMembers)
 IMPLEMENT_CORE_STRUCT(FLinearColor, LinearColorMembers)
 IMPLEMENT_CORE_STRUCT(FColor, ColorMembers)
+IMPLEMENT_CORE_STRUCT(FGuid, GuidMembers)
+IMPLEMENT_CORE_STRUCT(FDateTime, TickMembers)
+IMPLEMENT_CORE_STRUCT(FTimespan, TickMembers)
 IMPLEMENT_CORE_STRUCT(FSoftObjectPath, {})
 IMPLEMENT_CORE_STRUCT(FSoftClassPath, {})

@@ -4,6 +4,8 @@
 #include "Math/Rotator.h"
 #include "Math/Vector.h"
 #include "Math/Vector2D.h"
+#include "Misc/DateTime.h"
+#include "Misc/Guid.h"
 #include "UObject/SoftObjectPath.h"
 #include "UObject/StructTraits.h"
 
@@ -20,6 +22,9 @@ DECLARE_CORE_STRUCT(FVector2D)
 DECLARE_CORE_STRUCT(FRotator)
 DECLARE_CORE_STRUCT(FLinearColor)
 DECLARE_CORE_STRUCT(FColor)
+DECLARE_CORE_STRUCT(FGuid)
+DECLARE_CORE_STRUCT(FDateTime)
+DECLARE_CORE_STRUCT(FTimespan)
 DECLARE_CORE_STRUCT(FSoftObjectPath)
 DECLARE_CORE_STRUCT(FSoftClassPath)
 

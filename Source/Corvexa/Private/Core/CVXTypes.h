@@ -1,7 +1,7 @@
 #pragma once
 
 #include "CoreMinimal.h"
-#include "Misc/DateTime.h"
+#include "UObject/CoreStructs.h"
 #include "UObject/ObjectMacros.h"
 
 #include "CVXTypes.generated.h"

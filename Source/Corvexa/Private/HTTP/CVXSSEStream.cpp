@@ -1,6 +1,7 @@
 #include "HTTP/CVXSSEStream.h"
 
 #include "Async/Async.h"
+#include "CoreGlobals.h"
 #include "HAL/PlatformTime.h"
 #include "Misc/ScopeLock.h"
 
@@ -98,8 +99,8 @@ void FCVXSSEStream::Decode(const uint8* Data, int64 Num)
 	{
 		FScopeLock Lock(&ChunkLock);
 		PendingChunks.AppendUtf8((const ANSICHAR*)Data, Num - Incomplete);
-		bFlush = FPlatformTime::Seconds() - LastFlushTime >= FlushIntervalSecs ||
-				 PendingChunks.Len() >= FlushSizeThreshold;
+		bFlush =
+			FPlatformTime::Seconds() - LastFlushTime >= FlushIntervalSecs || PendingChunks.Len() >= FlushSizeThreshold;
 	}
 	if (bFlush)
 	{
@@ -133,12 +134,14 @@ void FCVXSSEStream::FlushPendingChunks()
 		}
 		return;
 	}
-	AsyncTask(ENamedThreads::GameThread, [Stream = AsShared(), Chunk = MoveTemp(Chunk)] {
-		if (!Stream->bCancelled)
+	AsyncTask(ENamedThreads::GameThread,
+		[Stream = AsShared(), Chunk = MoveTemp(Chunk)]
 		{
-			Stream->Parser.FeedChunk(Chunk, Stream->OnEvent);
-		}
-	});
+			if (!Stream->bCancelled)
+			{
+				Stream->Parser.FeedChunk(Chunk, Stream->OnEvent);
+			}
+		});
 }
 
 void FCVXSSEStream::Cancel()
