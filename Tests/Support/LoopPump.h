@@ -3,24 +3,25 @@
 #include "LaunchEngineLoop.h"
 #include "Templates/Function.h"
 
-/**
- * The engine loop of one test, started quietly (nothing on the terminal, no log file) and ended with it. The thread
- * that makes it is the game thread.
+/** The host's loop, started without log file and terminal output while this lives. On the test's thread; one at a time.
  */
 class FLoopPump
 {
 public:
+	/** Keeps the project that is set, which may be an FTempProject's. */
 	FLoopPump();
 	~FLoopPump();
 	FLoopPump(const FLoopPump&) = delete;
 	FLoopPump& operator=(const FLoopPump&) = delete;
 
-	/** One tick. */
+	/** One turn of the loop, without waiting. */
 	void Tick() { Loop.Tick(); }
 
-	/** Ticks until the condition holds. @return false, and a test failure, when the limit passes first, in real time.
+	/**
+	 * Turns the loop until the condition holds, waiting for work in between.
+	 * @param LimitSeconds by the system's clock, whatever the test did to the host's. @return false when it has passed.
 	 */
-	bool Until(TFunctionRef<bool()> Condition, double LimitSeconds = 20.0);
+	[[nodiscard]] bool Until(TFunctionRef<bool()> Condition, double LimitSeconds = 20);
 
 private:
 	FEngineLoop Loop;

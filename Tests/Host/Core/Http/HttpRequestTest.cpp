@@ -69,7 +69,7 @@ FHttpRequestRef MakeRequest(const FLoopbackServer& Server, FOutcome& Outcome, co
 FOutcome RunToEnd(FLoopPump& Pump, const FHttpRequestRef& Request, FOutcome& Outcome)
 {
 	EXPECT_TRUE(Request->ProcessRequest());
-	Pump.Until([&Outcome] { return Outcome.bCompleted; });
+	EXPECT_TRUE(Pump.Until([&Outcome] { return Outcome.bCompleted; }));
 	return Outcome;
 }
 } // namespace
@@ -114,12 +114,12 @@ TEST(HttpRequest, AStreamGetsTheBodyAsItArrivesAndTheEndComesBehindIt)
 	const TSharedRef<FBodyStream> Stream = MakeShared<FBodyStream>();
 	EXPECT_TRUE(Request->SetResponseBodyReceiveStream(Stream));
 	ASSERT_TRUE(Request->ProcessRequest());
-	Pump.Until([&Stream] { return Stream->Get() == "first"; });
+	EXPECT_TRUE(Pump.Until([&Stream] { return Stream->Get() == "first"; }));
 	EXPECT_FALSE(Request->SetResponseBodyReceiveStream(Stream));
 	EXPECT_EQ(Request->GetResponse()->GetResponseCode(), 200);
 	EXPECT_FALSE(Outcome.bCompleted);
 	Gate->Open();
-	Pump.Until([&Outcome] { return Outcome.bCompleted; });
+	EXPECT_TRUE(Pump.Until([&Outcome] { return Outcome.bCompleted; }));
 	EXPECT_EQ(Stream->Get(), "firstsecond");
 	EXPECT_TRUE(Outcome.Response->GetContent().IsEmpty());
 }
@@ -193,13 +193,13 @@ TEST(HttpRequest, OnlySilenceCountsAgainstTheTimeOut)
 	{
 		// Together the pieces take three times as long as the time-out allows between two of them.
 		Gate->Release();
-		Pump.Until([&] { return Stream->Get().size() == Count; });
+		EXPECT_TRUE(Pump.Until([&] { return Stream->Get().size() == Count; }));
 		Clock.Advance(20.0);
 		Pump.Tick();
 	}
 	EXPECT_FALSE(Outcome.bCompleted);
 	Clock.Advance(20.0);
-	Pump.Until([&Outcome] { return Outcome.bCompleted; });
+	EXPECT_TRUE(Pump.Until([&Outcome] { return Outcome.bCompleted; }));
 	EXPECT_FALSE(Outcome.bSucceeded);
 	EXPECT_EQ(Outcome.Reason, EHttpFailureReason::TimedOut);
 	EXPECT_EQ(Stream->Get(), "abc");
@@ -221,7 +221,7 @@ TEST(HttpRequest, ACancelledRequestCompletesOnceAsAFailureInAnyState)
 		EXPECT_FALSE(Request->ProcessRequest()) << "it runs already";
 		if (When == 2)
 		{
-			Pump.Until([&Stream] { return Stream->Get() == "a"; });
+			EXPECT_TRUE(Pump.Until([&Stream] { return Stream->Get() == "a"; }));
 		}
 		else if (When == 1)
 		{
@@ -229,7 +229,7 @@ TEST(HttpRequest, ACancelledRequestCompletesOnceAsAFailureInAnyState)
 		}
 		Request->CancelRequest();
 		EXPECT_FALSE(Outcome.bCompleted) << "never from inside the call";
-		Pump.Until([&Outcome] { return Outcome.bCompleted; });
+		EXPECT_TRUE(Pump.Until([&Outcome] { return Outcome.bCompleted; }));
 		EXPECT_FALSE(Outcome.bSucceeded);
 		EXPECT_EQ(Outcome.Reason, EHttpFailureReason::Cancelled);
 		Request->CancelRequest();
@@ -289,7 +289,7 @@ TEST(HttpRequest, ACompletionMayStartTheRequestAnewAndConnectionsAreKept)
 			}
 		});
 	ASSERT_TRUE(Request->ProcessRequest());
-	Pump.Until([&Completions] { return Completions == 3; });
+	EXPECT_TRUE(Pump.Until([&Completions] { return Completions == 3; }));
 	EXPECT_EQ(Server.ConnectionCount(), 1u);
 }
 
