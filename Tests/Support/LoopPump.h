@@ -11,6 +11,8 @@ public:
 	/** Keeps the project that is set, which may be an FTempProject's. */
 	FLoopPump();
 	~FLoopPump();
+	FLoopPump(const FLoopPump&) = delete;
+	FLoopPump& operator=(const FLoopPump&) = delete;
 
 	/** One turn of the loop, without waiting. */
 	void Tick() { Loop.Tick(); }
