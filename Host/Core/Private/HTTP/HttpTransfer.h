@@ -3,6 +3,7 @@
 #include "Containers/Array.h"
 #include "HAL/CriticalSection.h"
 #include "Interfaces/IHttpBase.h"
+#include "Templates/Function.h"
 #include "Templates/SharedPointer.h"
 
 #include <atomic>
