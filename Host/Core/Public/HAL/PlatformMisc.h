@@ -2,7 +2,10 @@
 
 #include "Containers/UnrealString.h"
 
-/** The environment and the machine. Any thread: our own changes to the environment are guarded against each other. */
+/**
+ * The environment and the machine. The environment is the process's own at its start and what was set here since; the C
+ * library's copy stays as it was. Any thread.
+ */
 struct FPlatformMisc
 {
 	/** The variable's value; empty when it isn't set. */
@@ -10,6 +13,7 @@ struct FPlatformMisc
 	/** An empty value removes the variable. Children started from then on see it. */
 	static void SetEnvironmentVar(const TCHAR* VariableName, const TCHAR* Value);
 
+	/** At least 1. What the system counts as a processor counts as a core. */
 	static int32 NumberOfCores();
 	static int32 NumberOfCoresIncludingHyperthreads();
 };
