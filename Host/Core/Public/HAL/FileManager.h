@@ -71,7 +71,7 @@ public:
 	void FindFiles(TArray<FString>& FoundFiles, const TCHAR* Directory, const TCHAR* FileExtension = nullptr);
 	/**
 	 * Paths that begin with StartDirectory: in each directory first what matches, then its directories one by one. In the
-	 * file system's order. A directory behind a symbolic link is entered at most once.
+	 * file system's order. A directory behind a symbolic link is entered at most once, and not from within.
 	 */
 	void FindFilesRecursive(TArray<FString>& FileNames, const TCHAR* StartDirectory, const TCHAR* Filename, bool bFiles,
 		bool bDirectories, bool bClearFileNames = true);
