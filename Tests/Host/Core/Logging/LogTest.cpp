@@ -159,22 +159,32 @@ TEST_F(LogFile, BeginsAnewAtItsSizeAndLosesNoLine)
 
 TEST_F(LogFile, GoesOnAfterARotationThatFailed)
 {
-	FFaultPlan::ForEach(
-		EHostFault::File, FFaultPlan::EHow::FromThereOn,
-		[&](int32)
+	for (const FFaultPlan::EHow How : {FFaultPlan::EHow::Once, FFaultPlan::EHow::FromThereOn})
+	{
+		// The first call writes the line that fills the file; what follows backs it up and opens the next.
+		for (int32 Nth = 2; Nth <= 8; ++Nth)
 		{
-			FFaultInjection::Disarm();
+			Clock.Advance(1);
 			FOutputDeviceFile File(*Path, 100);
 			File.Log(TEXT("before"));
 			{
-				const FFaultPlan Plan(EHostFault::File, 2, FFaultPlan::EHow::FromThereOn);
+				const FFaultPlan Plan(EHostFault::File, Nth, How);
 				File.Log(FString::ChrN(100, u'x'));
 			}
-			File.Log(TEXT("after"));
+			Clock.Advance(1);
+			const FString After = FString::Printf(TEXT("after %d"), Nth);
+			File.Log(After);
 			EXPECT_TRUE(File.IsOpened());
-			EXPECT_NE(Project.Read("Saved/Logs/Game.log").find("after"), std::string::npos);
-		},
-		2);
+			FString All;
+			for (const FString& Name : Backups())
+			{
+				All += FString(Project.Read(TCHAR_TO_UTF8(*(TEXT("Saved/Logs/") + Name))).c_str());
+			}
+			All += Project.Exists("Saved/Logs/Game.log") ? FString(Project.Read("Saved/Logs/Game.log").c_str())
+														 : FString();
+			EXPECT_TRUE(All.Contains(After)) << Nth;
+		}
+	}
 }
 
 TEST_F(LogFile, TakesANumberWhileAnotherHoldsTheName)

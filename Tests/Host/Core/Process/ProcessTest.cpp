@@ -119,9 +119,9 @@ TEST(Process, ChildrenInheritNoDescriptorAndNoIgnoredSignal)
 		<< "the fourth is the listing's own";
 	EXPECT_EQ(::close(Foreign), 0);
 	EXPECT_EQ(RunShell(TEXT("yes | head -n 1")), FString(TEXT("y\n"))) << "a writer dies of its broken pipe in silence";
-	EXPECT_EQ(RunShell(TEXT("grep SigBlk /proc/$$/status")), FString(TEXT("SigBlk:\t0000000000000000\n")));
+	EXPECT_EQ(RunShell(TEXT("grep SigBlk /proc/self/status")), FString(TEXT("SigBlk:\t0000000000000000\n")));
 	// The C library ignores two signals of its own, which no program sees, above these.
-	EXPECT_TRUE(RunShell(TEXT("grep SigIgn /proc/$$/status")).EndsWith(TEXT("0000000\n")));
+	EXPECT_TRUE(RunShell(TEXT("grep SigIgn /proc/self/status")).EndsWith(TEXT("0000000\n")));
 }
 
 TEST(Process, ChildrenStandInASessionOfTheirOwnWithoutATerminal)
