@@ -27,7 +27,7 @@ public:
 	void Wake();
 
 	/** Whether nothing waits to run. Game thread. */
-	bool IsEmpty() const { return Incoming.load(std::memory_order_acquire) == nullptr && Pending.IsEmpty(); }
+	bool IsEmpty() const { return Incoming.load() == nullptr && Pending.IsEmpty(); }
 
 	/** Destroys all tasks without running them. Game thread. */
 	void DiscardAll();

@@ -27,7 +27,11 @@ void FWorkerPool::Post(TUniqueFunction<void()>&& Task)
 	FTaskNode* Node = new FTaskNode{MoveTemp(Task)};
 	const std::lock_guard Guard(Mutex);
 	Tasks.Append(Node);
-	StartThreads();
+	// Threads that are being ended would be taken for live ones; `Stop` starts new ones for what came meanwhile.
+	if (!bStopping)
+	{
+		StartThreads();
+	}
 	Changed.notify_one();
 }
 
@@ -71,18 +75,29 @@ void FWorkerPool::Work()
 void FWorkerPool::RunOnOwnThread(TUniqueFunction<void()>&& Task)
 {
 	ReapOwnThreads(false);
-	FOwnThread* Own = new FOwnThread;
-	auto Main = [this, Own, Task = MoveTemp(Task)]() mutable
+	TUniquePtr<FOwnThread> Own(new FOwnThread);
+	Own->Task = MoveTemp(Task);
+	std::unique_lock Guard(Mutex);
+	try
 	{
-		SetCurrentThreadName(TEXT("AsyncThread"));
-		Task();
-		Task.Reset();
-		const std::lock_guard Guard(Mutex);
-		Own->bDone = true;
-	};
+		Own->Thread = std::thread(&FWorkerPool::WorkOnOwnThread, this, Own.Get());
+	}
+	catch (const std::system_error&)
+	{
+		Guard.unlock();
+		Post(MoveTemp(Own->Task));
+		return;
+	}
+	OwnThreads.Add(Own.Release());
+}
+
+void FWorkerPool::WorkOnOwnThread(FOwnThread* Own)
+{
+	SetCurrentThreadName(TEXT("AsyncThread"));
+	Own->Task();
+	Own->Task.Reset();
 	const std::lock_guard Guard(Mutex);
-	Own->Thread = std::thread(MoveTemp(Main));
-	OwnThreads.Add(Own);
+	Own->bDone = true;
 }
 
 void FWorkerPool::ReapOwnThreads(bool bAll)
@@ -137,4 +152,8 @@ void FWorkerPool::Stop(const TFunction<void()>& Pump)
 	ReapOwnThreads(true);
 	const std::lock_guard Guard(Mutex);
 	bStopping = false;
+	if (!Tasks.IsEmpty())
+	{
+		StartThreads();
+	}
 }

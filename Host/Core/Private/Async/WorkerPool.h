@@ -20,7 +20,7 @@ public:
 	/** Any thread. */
 	void Post(TUniqueFunction<void()>&& Task);
 
-	/** Runs the callable on a thread of its own, which `Stop` waits for. Any thread. */
+	/** Runs the callable on a thread of its own, which `Stop` waits for; in the pool when there is none to have. */
 	void RunOnOwnThread(TUniqueFunction<void()>&& Task);
 
 	/**
@@ -35,11 +35,13 @@ private:
 	struct FOwnThread
 	{
 		std::thread Thread;
+		TUniqueFunction<void()> Task;
 		bool bDone = false;
 	};
 
 	void StartThreads();
 	void Work();
+	void WorkOnOwnThread(FOwnThread* Own);
 	bool IsIdle() const;
 	void ReapOwnThreads(bool bAll);
 

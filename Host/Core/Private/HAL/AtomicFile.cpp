@@ -24,6 +24,16 @@ FString TemporaryBeside(const FString& Target)
 	Target.FindLastChar(u'/', Slash);
 	return Target.Left(Slash + 1) + TEXT(".cvx-") + FGuid::NewGuid().ToString(EGuidFormats::DigitsLower) + TEXT(".tmp");
 }
+
+bool TakeOwnerAndMode(int Descriptor, const struct stat& Old)
+{
+	if (Old.st_uid != ::geteuid() || Old.st_gid != ::getegid())
+	{
+		// Only the privileged may give files away; for the others the file becomes their own.
+		(void)!::fchown(Descriptor, Old.st_uid, Old.st_gid);
+	}
+	return ::fchmod(Descriptor, Old.st_mode & 07777) == 0;
+}
 } // namespace
 
 FAtomicFile::~FAtomicFile()
@@ -46,7 +56,7 @@ bool FAtomicFile::Open(const TCHAR* Path, bool bEvenIfReadOnly)
 	}
 	if (bExists && !S_ISREG(Old.st_mode))
 	{
-		Descriptor = PosixFile::Open(*FNativePath(Path), O_WRONLY);
+		Descriptor = PosixFile::Open(*FNativePath(Path), O_WRONLY | O_NONBLOCK);
 		return Descriptor.IsValid();
 	}
 	if (bExists && !bEvenIfReadOnly && (Old.st_mode & 0222) == 0)
@@ -62,7 +72,7 @@ bool FAtomicFile::Open(const TCHAR* Path, bool bEvenIfReadOnly)
 		return false;
 	}
 	Temporary = Name;
-	return !bExists || ::fchmod(Descriptor.Get(), Old.st_mode & 07777) == 0;
+	return !bExists || TakeOwnerAndMode(Descriptor.Get(), Old);
 }
 
 bool FAtomicFile::Commit()

@@ -1,8 +1,11 @@
 #include "DirectoryWalk.h"
 
-#include "HAL/FaultInjection.h"
+#include "Misc/Paths.h"
 #include "PosixFile.h"
 
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
 #include <dirent.h>
 #include <fcntl.h>
 
@@ -28,6 +31,16 @@ FDirectoryEntry MakeEntry(DIR* Directory, const dirent& Raw)
 	}
 	return Entry;
 }
+
+/** Whether a link leads to a directory that it lies in itself, however deep. */
+bool LeadsBack(const FString& Link)
+{
+	char Target[PATH_MAX];
+	char Parent[PATH_MAX];
+	const FString Holder = FPaths::GetPath(Link);
+	return ::realpath(*FNativePath(*Link), Target) && ::realpath(*FNativePath(*Holder), Parent) &&
+		FPaths::IsUnderDirectory(FString(Parent), FString(Target));
+}
 } // namespace
 
 bool ListDirectory(const TCHAR* Directory, TFunctionRef<bool(const FDirectoryEntry&)> Visitor)
@@ -41,23 +54,26 @@ bool ListDirectory(const TCHAR* Directory, TFunctionRef<bool(const FDirectoryEnt
 	// The stream owns the descriptor from here on.
 	(void)Descriptor.Release();
 	bool bGoOn = true;
+	bool bRead = true;
 	while (bGoOn)
 	{
+		errno = 0;
 		const dirent* Raw = ::readdir(Stream);
 		if (!Raw)
 		{
+			bRead = errno == 0;
 			break;
 		}
 		bGoOn = IsDots(Raw->d_name) || Visitor(MakeEntry(Stream, *Raw));
 	}
 	(void)::closedir(Stream);
-	return bGoOn;
+	return bGoOn && bRead;
 }
 
 bool FLinkGuard::MayEnter(const FString& Directory)
 {
 	struct stat Status = {};
-	if (!PosixFile::Stat(*FNativePath(*Directory), Status))
+	if (!PosixFile::Stat(*FNativePath(*Directory), Status) || LeadsBack(Directory))
 	{
 		return false;
 	}

@@ -19,7 +19,10 @@ bool ListDirectory(const TCHAR* Directory, TFunctionRef<bool(const FDirectoryEnt
 class FLinkGuard
 {
 public:
-	/** @return whether a linked directory may be entered: it exists and wasn't entered through a link before. */
+	/**
+	 * @return whether a linked directory may be entered: it exists, the link doesn't lie in it, and it wasn't entered
+	 * through a link before.
+	 */
 	bool MayEnter(const FString& Directory);
 
 private:

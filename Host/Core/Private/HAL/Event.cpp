@@ -3,6 +3,7 @@
 #include "Containers/Array.h"
 #include "Templates/UniquePtr.h"
 
+#include <algorithm>
 #include <chrono>
 
 void FEvent::Trigger()
@@ -32,8 +33,11 @@ bool FEvent::Wait(uint32 Milliseconds)
 
 bool FEvent::Wait(FTimespan Limit)
 {
+	// The system's clock counts nanoseconds in 64 bits; a century is as good as no limit.
+	constexpr int64 Century = 36525 * ETimespan::TicksPerDay;
+	const int64 Ticks = std::clamp<int64>(Limit.GetTicks(), 0, Century);
 	const auto Deadline =
-		std::chrono::steady_clock::now() + std::chrono::microseconds(Limit.GetTicks() / ETimespan::TicksPerMicrosecond);
+		std::chrono::steady_clock::now() + std::chrono::microseconds(Ticks / ETimespan::TicksPerMicrosecond);
 	std::unique_lock Guard(Mutex);
 	return Changed.wait_until(Guard, Deadline, [this] { return bTriggered; }) && Consume();
 }

@@ -102,6 +102,10 @@ bool IFileManager::Delete(const TCHAR* Filename, bool bRequireExists, bool bEven
 bool IFileManager::Move(
 	const TCHAR* Dest, const TCHAR* Src, bool bReplace, bool bEvenIfReadOnly, bool, bool bDoNotRetryOrError)
 {
+	if (!Files().GetStatData(Src).bIsValid)
+	{
+		return Report(bDoNotRetryOrError, TEXT("Cannot move"), Src);
+	}
 	if (!MayReplace(Dest, bReplace, bEvenIfReadOnly))
 	{
 		return Report(bDoNotRetryOrError, TEXT("Cannot replace"), Dest);
@@ -113,6 +117,11 @@ bool IFileManager::Move(
 
 uint32 IFileManager::Copy(const TCHAR* Dest, const TCHAR* Src, bool bReplace, bool bEvenIfReadOnly, bool)
 {
+	if (!Files().FileExists(Src))
+	{
+		Report(false, TEXT("Cannot copy"), Src);
+		return COPY_Fail;
+	}
 	if (!MayReplace(Dest, bReplace, bEvenIfReadOnly))
 	{
 		Report(false, TEXT("Cannot replace"), Dest);

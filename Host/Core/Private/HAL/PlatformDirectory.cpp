@@ -3,6 +3,7 @@
 #include "DirectoryWalk.h"
 #include "Misc/Paths.h"
 #include "PosixFile.h"
+#include "TreeDeletion.h"
 
 #include <cerrno>
 
@@ -47,32 +48,6 @@ private:
 	FLinkGuard Guard;
 	bool bEnded = false;
 };
-
-bool DeleteTree(const FString& Directory)
-{
-	TArray<FString> Trees;
-	TArray<FString> Files;
-	if (!ListDirectory(*Directory,
-			[&](const FDirectoryEntry& Entry)
-			{
-				TArray<FString>& Kind = Entry.bIsDirectory && !Entry.bIsLink ? Trees : Files;
-				Kind.Add(FPaths::Combine(Directory, Entry.Name));
-				return true;
-			}))
-	{
-		return false;
-	}
-	bool bAllGone = true;
-	for (const FString& File : Files)
-	{
-		bAllGone &= PosixFile::Unlink(*FNativePath(*File));
-	}
-	for (const FString& Tree : Trees)
-	{
-		bAllGone &= DeleteTree(Tree);
-	}
-	return bAllGone && PosixFile::RemoveDirectory(*FNativePath(*Directory));
-}
 } // namespace
 
 bool IPlatformFile::DirectoryExists(const TCHAR* Directory)
@@ -113,7 +88,7 @@ bool IPlatformFile::DeleteDirectoryRecursively(const TCHAR* Directory)
 	{
 		return false;
 	}
-	return S_ISLNK(Status.st_mode) ? PosixFile::Unlink(*FNativePath(*Path)) : DeleteTree(Path);
+	return S_ISLNK(Status.st_mode) ? PosixFile::Unlink(*FNativePath(*Path)) : DeleteTree(*FNativePath(*Path));
 }
 
 bool IPlatformFile::IterateDirectory(const TCHAR* Directory, FDirectoryVisitor& Visitor)

@@ -89,7 +89,7 @@ bool IPlatformFile::MoveFile(const TCHAR* To, const TCHAR* From)
 
 bool IPlatformFile::CopyFile(const TCHAR* To, const TCHAR* From)
 {
-	const FDescriptor Source = PosixFile::Open(*FNativePath(From), O_RDONLY);
+	const FDescriptor Source = PosixFile::Open(*FNativePath(From), O_RDONLY | O_NONBLOCK);
 	struct stat Status = {};
 	if (!Source.IsValid() || ::fstat(Source.Get(), &Status) != 0 || S_ISDIR(Status.st_mode))
 	{

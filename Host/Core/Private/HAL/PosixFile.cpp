@@ -108,6 +108,17 @@ bool PosixFile::RemoveDirectory(const char* Path)
 	return !Fails() && ::rmdir(Path) == 0;
 }
 
+FDescriptor PosixFile::OpenDirectoryAt(int Directory, const char* Name)
+{
+	constexpr int Flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+	return FDescriptor(Fails() ? -1 : Retry([&] { return ::openat(Directory, Name, Flags); }));
+}
+
+bool PosixFile::UnlinkAt(int Directory, const char* Name, bool bDirectory)
+{
+	return !Fails() && ::unlinkat(Directory, Name, bDirectory ? AT_REMOVEDIR : 0) == 0;
+}
+
 bool PosixFile::ChangeMode(const char* Path, mode_t Mode)
 {
 	return !Fails() && ::chmod(Path, Mode) == 0;

@@ -63,6 +63,9 @@ bool Rename(const char* From, const char* To);
 bool Unlink(const char* Path);
 bool MakeDirectory(const char* Path);
 bool RemoveDirectory(const char* Path);
+/** Opens a directory to read it; a symbolic link is refused. */
+FDescriptor OpenDirectoryAt(int Directory, const char* Name);
+bool UnlinkAt(int Directory, const char* Name, bool bDirectory);
 bool ChangeMode(const char* Path, mode_t Mode);
 bool Stat(const char* Path, struct stat& OutStat);
 /** As `Stat`, of a symbolic link itself. */

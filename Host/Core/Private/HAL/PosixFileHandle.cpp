@@ -47,14 +47,15 @@ int64 FPosixFileHandle::Size()
 IFileHandle* IPlatformFile::OpenRead(const TCHAR* Filename, bool bAllowWrite)
 {
 	struct stat Status = {};
-	FDescriptor Descriptor = PosixFile::Open(*FNativePath(Filename), bAllowWrite ? O_RDWR : O_RDONLY);
-	const bool bFile = Descriptor.IsValid() && ::fstat(Descriptor.Get(), &Status) == 0 && !S_ISDIR(Status.st_mode);
+	FDescriptor Descriptor = PosixFile::Open(*FNativePath(Filename), (bAllowWrite ? O_RDWR : O_RDONLY) | O_NONBLOCK);
+	const bool bFile =
+		Descriptor.IsValid() && ::fstat(Descriptor.Get(), &Status) == 0 && !S_ISDIR(Status.st_mode);
 	return bFile ? new FPosixFileHandle(MoveTemp(Descriptor)) : nullptr;
 }
 
 IFileHandle* IPlatformFile::OpenWrite(const TCHAR* Filename, bool bAppend, bool bAllowRead)
 {
-	const int Flags = (bAllowRead ? O_RDWR : O_WRONLY) | O_CREAT | (bAppend ? 0 : O_TRUNC);
+	const int Flags = (bAllowRead ? O_RDWR : O_WRONLY) | O_CREAT | O_NONBLOCK | (bAppend ? 0 : O_TRUNC);
 	FDescriptor Descriptor = PosixFile::Open(*FNativePath(Filename), Flags);
 	if (!Descriptor.IsValid() || (bAppend && ::lseek(Descriptor.Get(), 0, SEEK_END) < 0))
 	{

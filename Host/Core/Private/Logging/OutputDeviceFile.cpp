@@ -28,6 +28,24 @@ void DeleteOldBackups(const FString& Path)
 		IFileManager::Get().Delete(*FPaths::Combine(FPaths::GetPath(Path), Backups[Index]), false, true, true);
 	}
 }
+
+/** Whether the file is still what the path names, and not a backup that another process has just made of it. */
+bool IsAt(const FDescriptor& File, const FString& Path)
+{
+	struct stat Mine = {};
+	struct stat There = {};
+	return ::fstat(File.Get(), &Mine) == 0 && PosixFile::Stat(*FNativePath(*Path), There) &&
+		Mine.st_dev == There.st_dev && Mine.st_ino == There.st_ino;
+}
+
+/** Opens the file to append to it, as its only writer. @return an invalid descriptor when another process holds it. */
+FDescriptor OpenLocked(const FString& Path)
+{
+	// Opened without cutting it: only the lock tells whether the file is ours to back up.
+	FDescriptor File = PosixFile::Open(*FNativePath(*Path), O_WRONLY | O_CREAT | O_APPEND | O_NONBLOCK);
+	const bool bOurs = File.IsValid() && ::flock(File.Get(), LOCK_EX | LOCK_NB) == 0 && IsAt(File, Path);
+	return bOurs ? MoveTemp(File) : FDescriptor();
+}
 } // namespace
 
 FOutputDeviceFile::FOutputDeviceFile(const TCHAR* InFilename, int64 InMaxBytes)
@@ -43,22 +61,17 @@ FOutputDeviceFile::FOutputDeviceFile(const TCHAR* InFilename, int64 InMaxBytes)
 
 bool FOutputDeviceFile::Open(const FString& Path)
 {
-	// Opened without cutting it: only the lock tells whether the file is ours to back up.
-	FDescriptor File = PosixFile::Open(*FNativePath(*Path), O_WRONLY | O_CREAT | O_APPEND);
-	if (!File.IsValid() || ::flock(File.Get(), LOCK_EX | LOCK_NB) != 0)
+	FDescriptor File = OpenLocked(Path);
+	if (File.IsValid() && IFileManager::Get().FileSize(*Path) > 0)
+	{
+		BackUp(Path);
+		File = OpenLocked(Path);
+	}
+	if (!File.IsValid())
 	{
 		return false;
 	}
 	Filename = Path;
-	if (IFileManager::Get().FileSize(*Path) > 0)
-	{
-		BackUp(Path);
-		File = PosixFile::Open(*FNativePath(*Path), O_WRONLY | O_CREAT | O_APPEND);
-		if (!File.IsValid() || ::flock(File.Get(), LOCK_EX | LOCK_NB) != 0)
-		{
-			return false;
-		}
-	}
 	Bytes = 0;
 	Descriptor = File.Release();
 	return true;
@@ -78,8 +91,15 @@ void FOutputDeviceFile::BackUp(const FString& Path)
 
 void FOutputDeviceFile::StartNewFile()
 {
-	TearDown();
-	Open(Filename);
+	BackUp(Filename);
+	FDescriptor File = OpenLocked(Filename);
+	// Without a new file, the old one goes on under its new name.
+	Bytes = 0;
+	if (File.IsValid())
+	{
+		TearDown();
+		Descriptor = File.Release();
+	}
 }
 
 void FOutputDeviceFile::Serialize(const TCHAR* Text, ELogVerbosity::Type Verbosity, const FName& Category)

@@ -18,5 +18,5 @@ void FTerminalDevice::Serialize(const TCHAR* Text, ELogVerbosity::Type MessageVe
 	}
 	const FString Line = FormatLogLine(Text, MessageVerbosity, Category) + u'\n';
 	const FTCHARToUTF8 Bytes(Line);
-	std::fwrite(Bytes.Get(), 1, (SIZE_T)Bytes.Length(), stderr);
+	(void)!std::fwrite(Bytes.Get(), 1, (SIZE_T)Bytes.Length(), stderr);
 }

@@ -94,7 +94,7 @@ bool EnsureDirectory(const TCHAR* Filename)
 bool FFileHelper::LoadFileToArray(TArray<uint8>& Result, const TCHAR* Filename, uint32 Flags)
 {
 	const bool bQuiet = (Flags & FILEREAD_Silent) != 0;
-	const FDescriptor File = PosixFile::Open(*FNativePath(Filename), O_RDONLY);
+	const FDescriptor File = PosixFile::Open(*FNativePath(Filename), O_RDONLY | O_NONBLOCK);
 	struct stat Status = {};
 	Result.Reset();
 	if (!File.IsValid() || ::fstat(File.Get(), &Status) != 0)

@@ -194,9 +194,10 @@ bool FPlatformProcess::WritePipe(void* WritePipe, const FString& Message, FStrin
 	return bAll;
 }
 
-bool FPlatformProcess::WritePipe(void* WritePipe, const uint8* Data, int32 DataLength, int32* OutDataLength)
+bool FPlatformProcess::WritePipe(
+	void* WritePipe, const uint8* Data, int32 DataLength, int32* OutDataLength, double LimitSeconds)
 {
-	const int64 Written = WritePipe ? ((FPipeEnd*)WritePipe)->Write(Data, DataLength, PipeWriteLimitSeconds) : 0;
+	const int64 Written = WritePipe ? ((FPipeEnd*)WritePipe)->Write(Data, DataLength, LimitSeconds) : 0;
 	if (OutDataLength)
 	{
 		*OutDataLength = (int32)Written;

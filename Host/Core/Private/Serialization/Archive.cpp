@@ -67,6 +67,12 @@ void SaveText(FArchive& Archive, const FString& Text)
 	Archive.Serialize((void*)*Text, -(int64)Count * (int64)sizeof(TCHAR));
 }
 
+/** Whether the rest of the input can hold that much; where its size isn't known, no claim is believed. */
+bool CanHold(FArchive& Archive, int64 Bytes)
+{
+	return Bytes >= 0 && Archive.TotalSize() != INDEX_NONE && Bytes <= Archive.GetRemaining();
+}
+
 void LoadText(FArchive& Archive, FString& OutText)
 {
 	OutText.Reset();
@@ -75,22 +81,24 @@ void LoadText(FArchive& Archive, FString& OutText)
 	const bool bNarrow = Count > 0;
 	const int64 Units = bNarrow ? (int64)Count : -(int64)Count;
 	const int64 Bytes = Units * (bNarrow ? 1 : (int64)sizeof(TCHAR));
-	if (Units > MAX_int32 / 4 || Bytes > Archive.GetRemaining())
-	{
-		Archive.SetError();
-		return;
-	}
 	if (Units == 0)
 	{
+		return;
+	}
+	if (Units > MAX_int32 / 4 || !CanHold(Archive, Bytes))
+	{
+		Archive.SetError();
 		return;
 	}
 	TArray<uint8> Raw;
 	Raw.SetNumUninitialized((int32)Bytes);
 	Archive.Serialize(Raw.GetData(), Bytes);
 	// The last unit is the terminator.
-	for (int64 Index = 0; Index + 1 < Units; ++Index)
+	const int32 Length = Archive.IsError() ? 0 : (int32)Units - 1;
+	TCHAR* Dest = Length > 0 ? OutText.AppendUninitialized(Length) : nullptr;
+	for (int32 Index = 0; Index < Length; ++Index)
 	{
-		OutText += bNarrow ? (TCHAR)Raw[(int32)Index] : ((const TCHAR*)Raw.GetData())[Index];
+		Dest[Index] = bNarrow ? (TCHAR)Raw[Index] : ((const TCHAR*)Raw.GetData())[Index];
 	}
 }
 } // namespace
@@ -118,7 +126,7 @@ FArchive& FArchive::operator<<(TArray<uint8>& Bytes)
 	*this << Count;
 	if (IsLoading())
 	{
-		const bool bFits = Count >= 0 && Count <= GetRemaining() && TotalSize() != INDEX_NONE;
+		const bool bFits = CanHold(*this, Count);
 		Bytes.SetNumUninitialized(bFits ? Count : 0);
 		if (!bFits)
 		{

@@ -92,8 +92,10 @@ struct FPlatformProcess
 	 * a null end.
 	 */
 	static bool WritePipe(void* WritePipe, const FString& Message, FString* OutWritten = nullptr);
-	static bool WritePipe(void* WritePipe, const uint8* Data, int32 DataLength, int32* OutDataLength = nullptr);
 	static constexpr double PipeWriteLimitSeconds = 5.0;
+	/** As above, of bytes and with a limit of one's own. */
+	static bool WritePipe(void* WritePipe, const uint8* Data, int32 DataLength, int32* OutDataLength = nullptr,
+		double LimitSeconds = PipeWriteLimitSeconds);
 
 	/** By the host's clock; 0 lets other threads go first. */
 	static void Sleep(float Seconds);
