@@ -1,0 +1,122 @@
+#pragma once
+
+#include "Containers/ScriptSet.h"
+#include "UObject/Property.h"
+
+/** What the three containers share: a default of nothing, and import in steps. */
+class FContainerProperty : public FProperty
+{
+public:
+	using FProperty::FProperty;
+
+protected:
+	bool ImportsInSteps() const override { return true; }
+};
+
+/** The memory of a TArray whose element type is known at run time alone. */
+struct FScriptArray
+{
+	uint8* Data = nullptr;
+	int32 ArrayNum = 0;
+	int32 ArrayMax = 0;
+};
+
+class FArrayProperty : public FContainerProperty
+{
+	DECLARE_FIELD(FArrayProperty, FProperty)
+
+	FArrayProperty(FFieldVariant InOwner, FName InName, EObjectFlags InFlags = RF_NoFlags);
+	~FArrayProperty() override;
+
+	/** Gives the property of the elements; once. */
+	void AddCppProperty(FProperty* Property) override;
+	void LinkType() override;
+	bool SameType(const FProperty* Other) const override;
+	bool ContainsObjectReference() const override { return Inner->ContainsObjectReference(); }
+	void CollectReferences(void* Data, FReferenceCollector& Collector) const override;
+	void GetInnerFields(TArray<FField*>& OutFields) const override { OutFields.Add(Inner); }
+
+	FProperty* Inner = nullptr;
+
+protected:
+	FString GetTypeText(FString* ExtendedTypeText) const override;
+	void InitializeOne(void* Dest) const override;
+	void DestroyOne(void* Dest) const override;
+	void CopyValue(void* Dest, const void* Source) const override;
+	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
+	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
+		UObject* ExportRootScope) const override;
+	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
+		FOutputDevice* ErrorText) const override;
+};
+
+class FSetProperty : public FContainerProperty
+{
+	DECLARE_FIELD(FSetProperty, FProperty)
+
+	FSetProperty(FFieldVariant InOwner, FName InName, EObjectFlags InFlags = RF_NoFlags);
+	~FSetProperty() override;
+
+	/** Gives the property of the elements; once. */
+	void AddCppProperty(FProperty* Property) override;
+	void LinkType() override;
+	bool SameType(const FProperty* Other) const override;
+	bool ContainsObjectReference() const override { return ElementProp->ContainsObjectReference(); }
+	void CollectReferences(void* Data, FReferenceCollector& Collector) const override;
+	void GetInnerFields(TArray<FField*>& OutFields) const override { OutFields.Add(ElementProp); }
+	FProperty* GetElementProperty() const { return ElementProp; }
+
+	FProperty* ElementProp = nullptr;
+	FScriptSetLayout SetLayout{};
+
+protected:
+	FString GetTypeText(FString* ExtendedTypeText) const override;
+	void InitializeOne(void* Dest) const override;
+	void DestroyOne(void* Dest) const override;
+	void CopyValue(void* Dest, const void* Source) const override;
+	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
+	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
+		UObject* ExportRootScope) const override;
+	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
+		FOutputDevice* ErrorText) const override;
+};
+
+/** Where the value lies in a pair, and the set of pairs. */
+struct FScriptMapLayout
+{
+	int32 ValueOffset = 0;
+	FScriptSetLayout SetLayout{};
+};
+
+class FMapProperty : public FContainerProperty
+{
+	DECLARE_FIELD(FMapProperty, FProperty)
+
+	FMapProperty(FFieldVariant InOwner, FName InName, EObjectFlags InFlags = RF_NoFlags);
+	~FMapProperty() override;
+
+	/** Gives the property of the keys, then that of the values. */
+	void AddCppProperty(FProperty* Property) override;
+	void LinkType() override;
+	bool SameType(const FProperty* Other) const override;
+	bool ContainsObjectReference() const override;
+	void CollectReferences(void* Data, FReferenceCollector& Collector) const override;
+	void GetInnerFields(TArray<FField*>& OutFields) const override;
+	FProperty* GetKeyProperty() const { return KeyProp; }
+	FProperty* GetValueProperty() const { return ValueProp; }
+
+	FProperty* KeyProp = nullptr;
+	FProperty* ValueProp = nullptr;
+	FScriptMapLayout MapLayout;
+
+protected:
+	FString GetTypeText(FString* ExtendedTypeText) const override;
+	void InitializeOne(void* Dest) const override;
+	void DestroyOne(void* Dest) const override;
+	void CopyValue(void* Dest, const void* Source) const override;
+	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
+	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
+		UObject* ExportRootScope) const override;
+	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
+		FOutputDevice* ErrorText) const override;
+};
