@@ -353,7 +353,7 @@ def _interface_rows(cls):
     if not cls.interfaces:
         return []
     rows = [f"\t\tReflection::InterfaceOf<{cls.name}, {interface}>()," for interface in cls.interfaces]
-    return ["\tstatic constexpr Reflection::FInterfaceTable Interfaces[] = {"] + rows + ["\t};"]
+    return ["\tstatic inline const Reflection::FInterfaceTable Interfaces[] = {"] + rows + ["\t};"]
 
 
 def _event_body(cls, function):

@@ -25,6 +25,9 @@ class UClass : public UStruct
 
 	UClass() = default;
 
+	/** Whether the type system is up. */
+	static bool IsBuilt();
+
 	UClass* GetSuperClass() const { return (UClass*)GetSuperStruct(); }
 	bool HasAnyClassFlags(uint32 Flags) const { return ((uint32)ClassFlags & Flags) != 0; }
 	bool HasAllClassFlags(uint32 Flags) const { return ((uint32)ClassFlags & Flags) == Flags; }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "UObject/Property.h"
+#include "UObject/ScriptInterface.h"
 #include "UObject/SoftObjectPtr.h"
 #include "UObject/WeakObjectPtr.h"
 

@@ -104,6 +104,8 @@ class FProperty : public FField
 	virtual bool ContainsObjectReference() const { return false; }
 	/** Reports the objects that one value refers to. */
 	virtual void CollectReferences([[maybe_unused]] void* Data, [[maybe_unused]] FReferenceCollector& Collector) const {}
+	/** The same for all ArrayDim values. */
+	void CollectReferences_InContainer(void* Container, FReferenceCollector& Collector) const;
 
 	/** Whether all bits 0 is a default and the destructor has nothing to do. */
 	virtual bool IsPlainOldData() const { return false; }

@@ -1,0 +1,4 @@
+#include "UObject/CoreUObjectLog.h"
+
+DEFINE_LOG_CATEGORY(LogProperty);
+DEFINE_LOG_CATEGORY(LogObj);
