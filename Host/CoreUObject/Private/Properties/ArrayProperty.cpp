@@ -1,8 +1,6 @@
 #include "PropertyText.h"
 #include "UObject/ScriptContainers.h"
 
-static_assert(sizeof(FScriptArray) == sizeof(TArray<FString>), "the property works on the memory of a TArray");
-
 FArrayProperty::FArrayProperty(FFieldVariant InOwner, FName InName, EObjectFlags InFlags)
 	: FContainerProperty(InOwner, InName, InFlags)
 {
@@ -84,8 +82,8 @@ bool FArrayProperty::IdenticalValues(const void* A, const void* B, uint32 PortFl
 	return bSame;
 }
 
-void FArrayProperty::ExportValue(FString& ValueStr, const void* Data, const void*, UObject* Parent, int32 PortFlags,
-	UObject* ExportRootScope) const
+void FArrayProperty::ExportValue(
+	FString& ValueStr, const void* Data, const void*, UObject* Parent, int32 PortFlags, UObject* ExportRootScope) const
 {
 	const FScriptArrayHelper Helper(this, Data);
 	ValueStr += TEXT('(');
@@ -108,11 +106,13 @@ const TCHAR* FArrayProperty::ImportValue(
 	{
 		return Buffer;
 	}
-	const TCHAR* Behind = PropertyText::ReadList(Buffer, [&](const TCHAR* Text) {
-		const int32 Index = Helper.AddValue();
-		return Inner->ImportText_Direct(
-			Text, Helper.GetRawPtr(Index), OwnerObject, PortFlags | PPF_Delimited, ErrorText);
-	});
+	const TCHAR* Behind = PropertyText::ReadList(Buffer,
+		[&](const TCHAR* Text)
+		{
+			const int32 Index = Helper.AddValue();
+			return Inner->ImportText_Direct(
+				Text, Helper.GetRawPtr(Index), OwnerObject, PortFlags | PPF_Delimited, ErrorText);
+		});
 	if (!Behind)
 	{
 		PropertyText::Report(ErrorText, FString::Printf(TEXT("%s: expected a list (a,b,c)"), *GetName()));

@@ -87,15 +87,17 @@ const TCHAR* FMulticastDelegateProperty::ImportValue(
 	const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32, FOutputDevice* ErrorText) const
 {
 	FMulticastScriptDelegate Delegates;
-	const TCHAR* Behind = PropertyText::ReadList(PropertyText::SkipBlanks(Buffer), [&](const TCHAR* Text) {
-		FScriptDelegate Delegate;
-		const TCHAR* BehindItem = ReadDelegate(Text, Delegate, OwnerObject);
-		if (BehindItem)
+	const TCHAR* Behind = PropertyText::ReadList(PropertyText::SkipBlanks(Buffer),
+		[&](const TCHAR* Text)
 		{
-			Delegates.Add(Delegate);
-		}
-		return BehindItem;
-	});
+			FScriptDelegate Delegate;
+			const TCHAR* BehindItem = ReadDelegate(Text, Delegate, OwnerObject);
+			if (BehindItem)
+			{
+				Delegates.Add(Delegate);
+			}
+			return BehindItem;
+		});
 	if (!Behind)
 	{
 		PropertyText::Report(ErrorText, FString::Printf(TEXT("%s: expected a list of functions"), *GetName()));

@@ -13,7 +13,8 @@ FString EnumText(const UEnum* Enum, int64 Value)
 }
 
 /** Reads an entry's name, short or full, or a number. */
-const TCHAR* ReadEnum(const FProperty* Property, const UEnum* Enum, const TCHAR* Buffer, int64& Out, FOutputDevice* Error)
+const TCHAR* ReadEnum(
+	const FProperty* Property, const UEnum* Enum, const TCHAR* Buffer, int64& Out, FOutputDevice* Error)
 {
 	FString Name;
 	const TCHAR* Behind = PropertyText::ReadQuotedOrBare(Buffer, Name);
@@ -30,8 +31,8 @@ const TCHAR* ReadEnum(const FProperty* Property, const UEnum* Enum, const TCHAR*
 		Out = Integer.bNegative ? -(int64)Integer.Magnitude : (int64)Integer.Magnitude;
 		return Behind;
 	}
-	PropertyText::Report(Error,
-		FString::Printf(TEXT("%s: '%s' is no value of %s"), *Property->GetName(), *Name, *Enum->GetName()));
+	PropertyText::Report(
+		Error, FString::Printf(TEXT("%s: '%s' is no value of %s"), *Property->GetName(), *Name, *Enum->GetName()));
 	return nullptr;
 }
 } // namespace

@@ -124,8 +124,8 @@ bool FMapProperty::IdenticalValues(const void* A, const void* B, uint32 PortFlag
 	return bSame;
 }
 
-void FMapProperty::ExportValue(FString& ValueStr, const void* Data, const void*, UObject* Parent, int32 PortFlags,
-	UObject* ExportRootScope) const
+void FMapProperty::ExportValue(
+	FString& ValueStr, const void* Data, const void*, UObject* Parent, int32 PortFlags, UObject* ExportRootScope) const
 {
 	const FScriptMapHelper Helper(this, Data);
 	const int32 Flags = PortFlags | PPF_Delimited;
@@ -158,23 +158,27 @@ const TCHAR* FMapProperty::ImportValue(
 		return Buffer;
 	}
 	const int32 Flags = PortFlags | PPF_Delimited;
-	const TCHAR* Behind = PropertyText::ReadList(Buffer, [&](const TCHAR* Text) -> const TCHAR* {
-		const FScratchValue Key(KeyProp);
-		const FScratchValue Value(ValueProp);
-		int32 Parts = 0;
-		Text = PropertyText::ReadList(Text, [&](const TCHAR* Part) -> const TCHAR* {
-			const FScratchValue& Target = Parts == 0 ? Key : Value;
-			const FProperty* Property = Parts == 0 ? KeyProp : ValueProp;
-			return Parts++ < 2 ? Property->ImportText_Direct(Part, Target.Get(), OwnerObject, Flags, ErrorText)
-							   : nullptr;
-		});
-		if (!Text || Parts != 2)
+	const TCHAR* Behind = PropertyText::ReadList(Buffer,
+		[&](const TCHAR* Text) -> const TCHAR*
 		{
-			return nullptr;
-		}
-		Helper.AddPair(Key.Get(), Value.Get());
-		return Text;
-	});
+			const FScratchValue Key(KeyProp);
+			const FScratchValue Value(ValueProp);
+			int32 Parts = 0;
+			Text = PropertyText::ReadList(Text,
+				[&](const TCHAR* Part) -> const TCHAR*
+				{
+					const FScratchValue& Target = Parts == 0 ? Key : Value;
+					const FProperty* Property = Parts == 0 ? KeyProp : ValueProp;
+					return Parts++ < 2 ? Property->ImportText_Direct(Part, Target.Get(), OwnerObject, Flags, ErrorText)
+									   : nullptr;
+				});
+			if (!Text || Parts != 2)
+			{
+				return nullptr;
+			}
+			Helper.AddPair(Key.Get(), Value.Get());
+			return Text;
+		});
 	if (!Behind)
 	{
 		PropertyText::Report(ErrorText, FString::Printf(TEXT("%s: expected pairs ((a, b),(c, d))"), *GetName()));

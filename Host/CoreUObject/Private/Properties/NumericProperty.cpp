@@ -61,10 +61,9 @@ T ClampInteger(WideType Value)
 	else
 	{
 		using FLimits = std::numeric_limits<T>;
-		return std::cmp_less(Value, FLimits::min()) ? FLimits::min()
-			   : std::cmp_greater(Value, FLimits::max())
-				   ? FLimits::max()
-				   : (T)Value;
+		return std::cmp_less(Value, FLimits::min())   ? FLimits::min()
+			: std::cmp_greater(Value, FLimits::max()) ? FLimits::max()
+													  : (T)Value;
 	}
 }
 
@@ -72,8 +71,8 @@ T ClampInteger(WideType Value)
 template <typename T>
 bool Fits(const PropertyText::FWideInteger& Integer, T& Out)
 {
-	const uint64 Limit = Integer.bNegative ? (uint64)0 - (uint64)std::numeric_limits<T>::min()
-										   : (uint64)std::numeric_limits<T>::max();
+	const uint64 Limit =
+		Integer.bNegative ? (uint64)0 - (uint64)std::numeric_limits<T>::min() : (uint64)std::numeric_limits<T>::max();
 	if (Integer.Magnitude > Limit)
 	{
 		return false;

@@ -133,7 +133,8 @@ FString FObjectProperty::GetTypeText(FString* ExtendedTypeText) const
 
 bool FClassProperty::AcceptsObject(const UObject* Object) const
 {
-	return !Object || (Object->IsA(UClass::StaticClass()) && (!MetaClass || ((const UClass*)Object)->IsChildOf(MetaClass)));
+	return !Object ||
+		(Object->IsA(UClass::StaticClass()) && (!MetaClass || ((const UClass*)Object)->IsChildOf(MetaClass)));
 }
 
 bool FClassProperty::SameType(const FProperty* Other) const

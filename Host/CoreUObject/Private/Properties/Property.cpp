@@ -65,7 +65,8 @@ bool FProperty::Identical(const void* A, const void* B, uint32 PortFlags) const
 
 bool FProperty::Identical_InContainer(const void* A, const void* B, int32 ArrayIndex, uint32 PortFlags) const
 {
-	return Identical(A ? ValueAt((void*)A, ArrayIndex) : nullptr, B ? ValueAt((void*)B, ArrayIndex) : nullptr, PortFlags);
+	return Identical(
+		A ? ValueAt((void*)A, ArrayIndex) : nullptr, B ? ValueAt((void*)B, ArrayIndex) : nullptr, PortFlags);
 }
 
 uint32 FProperty::GetValueTypeHash(const void*) const

@@ -1,7 +1,9 @@
 #include "PropertyText.h"
 
+#if __has_include("Logging/LogMacros.h")
 #include "Misc/OutputDevice.h"
 #include "UObject/CoreUObjectLog.h"
+#endif
 
 #include <charconv>
 
@@ -50,7 +52,7 @@ TCHAR UnescapeOf(TCHAR Char)
 bool EndsBareText(TCHAR Char)
 {
 	return Char == 0 || Char == TEXT(',') || Char == TEXT(')') || Char == TEXT('(') || Char == TEXT('"') ||
-		   FChar::IsWhitespace(Char);
+		FChar::IsWhitespace(Char);
 }
 
 /** Behind a quoted part that may hold anything but its quote and NUL, with backslash escapes. */
@@ -86,8 +88,8 @@ int32 CopyNumber(const TCHAR* Text, char (&Buffer)[MaxNumberLength])
 {
 	int32 Length = 0;
 	while (Length < MaxNumberLength && Text[Length] && Text[Length] < 128 &&
-		   (IsWordChar(Text[Length]) || Text[Length] == TEXT('.') || Text[Length] == TEXT('-') ||
-			   Text[Length] == TEXT('+')))
+		(IsWordChar(Text[Length]) || Text[Length] == TEXT('.') || Text[Length] == TEXT('-') ||
+			Text[Length] == TEXT('+')))
 	{
 		Buffer[Length] = (char)Text[Length];
 		++Length;
@@ -253,11 +255,16 @@ const TCHAR* ReadInteger(const TCHAR* Text, FWideInteger& Out)
 
 void Report(FOutputDevice* Device, const FString& Message)
 {
+#if __has_include("Logging/LogMacros.h")
 	if (Device)
 	{
 		Device->Log(*Message);
 		return;
 	}
 	UE_LOG(LogProperty, Warning, TEXT("%s"), *Message);
+#else
+	(void)Device;
+	(void)Message;
+#endif
 }
 } // namespace PropertyText

@@ -24,7 +24,8 @@ inline bool IsWordChar(TCHAR Char)
 /** Appends the text in quotes, with escapes for quotes, backslashes and line ends. */
 void AppendQuoted(FString& Out, FStringView Text);
 
-/** Reads a quoted text with its escapes. @return behind the closing quote; null if there is no opening or closing one. */
+/** Reads a quoted text with its escapes. @return behind the closing quote; null if there is no opening or closing one.
+ */
 const TCHAR* ReadQuoted(const TCHAR* Text, FString& Out);
 
 /** Reads a text without quotes up to a comma, a bracket or blanks; `Class'Path'` counts as one. May be empty. */
@@ -33,10 +34,12 @@ const TCHAR* ReadBare(const TCHAR* Text, FString& Out);
 /** Reads a quoted text or, failing that, a bare one. @return null for a quote without end or an empty bare text. */
 const TCHAR* ReadQuotedOrBare(const TCHAR* Text, FString& Out);
 
-/** Skips one value of any form in a list: up to the comma or bracket that ends it. @return null if the text ends first. */
+/** Skips one value of any form in a list: up to the comma or bracket that ends it. @return null if the text ends first.
+ */
 const TCHAR* SkipValue(const TCHAR* Text);
 
-/** Reads `(a,b,c)`. ReadItem gets the place of an item and answers the place behind it, or null. @return null on failure. */
+/** Reads `(a,b,c)`. ReadItem gets the place of an item and answers the place behind it, or null. @return null on
+ * failure. */
 const TCHAR* ReadList(const TCHAR* Text, TFunctionRef<const TCHAR*(const TCHAR*)> ReadItem);
 
 /** The number with six decimals where these suffice, else with as many digits as it takes to read it back. */

@@ -8,7 +8,7 @@ void FScriptArrayHelper::Grow(int32 Count)
 	{
 		Array->ArrayMax = CalculateSlackGrow(NewNum, Array->ArrayMax);
 		const SIZE_T Bytes = (SIZE_T)Array->ArrayMax * (SIZE_T)Inner->GetElementSize();
-		Array->Data = (uint8*)FMemory::Realloc(Array->Data, Bytes, (uint32)Inner->GetMinAlignment());
+		Array->Data = FMemory::Realloc(Array->Data, Bytes, (uint32)Inner->GetMinAlignment());
 	}
 	Array->ArrayNum = NewNum;
 }

@@ -102,8 +102,8 @@ bool FSetProperty::IdenticalValues(const void* A, const void* B, uint32) const
 	return bSame;
 }
 
-void FSetProperty::ExportValue(FString& ValueStr, const void* Data, const void*, UObject* Parent, int32 PortFlags,
-	UObject* ExportRootScope) const
+void FSetProperty::ExportValue(
+	FString& ValueStr, const void* Data, const void*, UObject* Parent, int32 PortFlags, UObject* ExportRootScope) const
 {
 	const FScriptSetHelper Helper(this, Data);
 	ValueStr += TEXT('(');
@@ -131,16 +131,18 @@ const TCHAR* FSetProperty::ImportValue(
 	{
 		return Buffer;
 	}
-	const TCHAR* Behind = PropertyText::ReadList(Buffer, [&](const TCHAR* Text) {
-		const FScratchValue Element(ElementProp);
-		const TCHAR* BehindItem =
-			ElementProp->ImportText_Direct(Text, Element.Get(), OwnerObject, PortFlags | PPF_Delimited, ErrorText);
-		if (BehindItem)
+	const TCHAR* Behind = PropertyText::ReadList(Buffer,
+		[&](const TCHAR* Text)
 		{
-			Helper.AddElement(Element.Get());
-		}
-		return BehindItem;
-	});
+			const FScratchValue Element(ElementProp);
+			const TCHAR* BehindItem =
+				ElementProp->ImportText_Direct(Text, Element.Get(), OwnerObject, PortFlags | PPF_Delimited, ErrorText);
+			if (BehindItem)
+			{
+				Helper.AddElement(Element.Get());
+			}
+			return BehindItem;
+		});
 	if (!Behind)
 	{
 		PropertyText::Report(ErrorText, FString::Printf(TEXT("%s: expected a list (a,b,c)"), *GetName()));

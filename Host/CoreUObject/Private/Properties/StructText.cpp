@@ -59,8 +59,8 @@ struct FMemberReader
 			Report(Error, FString::Printf(TEXT("%s: unknown member '%s' is skipped"), *StructName, *Name));
 			return SkipValue(Text);
 		}
-		return Property->ImportText_Direct(Text, Property->ContainerPtrToValuePtr<void>(Value, Index), Owner,
-			PortFlags | PPF_Delimited, Error);
+		return Property->ImportText_Direct(
+			Text, Property->ContainerPtrToValuePtr<void>(Value, Index), Owner, PortFlags | PPF_Delimited, Error);
 	}
 };
 } // namespace
@@ -82,8 +82,8 @@ const TCHAR* UScriptStruct::ImportText(const TCHAR* Buffer, void* Value, UObject
 	if (!Behind)
 	{
 		Report(ErrorText,
-			FString::Printf(TEXT("%s: '%s' isn't of the form (Member=Value,...)"), *StructName,
-				*FString(Buffer).Left(80)));
+			FString::Printf(
+				TEXT("%s: '%s' isn't of the form (Member=Value,...)"), *StructName, *FString(Buffer).Left(80)));
 	}
 	return Behind;
 }

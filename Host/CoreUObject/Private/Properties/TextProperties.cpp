@@ -214,8 +214,9 @@ bool FTextProperty::IdenticalValues(const void* A, const void* B, uint32) const
 {
 	const FText& Left = *(const FText*)A;
 	const FText& Right = *(const FText*)B;
-	return Left.IdenticalTo(Right) || (Left.EqualTo(Right) && Left.GetNamespace().Equals(Right.GetNamespace()) &&
-										  Left.GetKey().Equals(Right.GetKey()));
+	return Left.IdenticalTo(Right) ||
+		(Left.EqualTo(Right) && Left.GetNamespace().Equals(Right.GetNamespace()) &&
+			Left.GetKey().Equals(Right.GetKey()));
 }
 
 void FTextProperty::ExportValue(

@@ -94,7 +94,8 @@ void UClass::Bind()
 		return;
 	}
 	ClassConstructor = ClassConstructor ? ClassConstructor : Parent->ClassConstructor;
-	ClassAddReferencedObjects = ClassAddReferencedObjects ? ClassAddReferencedObjects : Parent->ClassAddReferencedObjects;
+	ClassAddReferencedObjects =
+		ClassAddReferencedObjects ? ClassAddReferencedObjects : Parent->ClassAddReferencedObjects;
 	ClassFlags |= Parent->ClassFlags & CLASS_Inherit;
 	ClassConfigName = ClassConfigName.IsNone() ? Parent->ClassConfigName : ClassConfigName;
 	ClassWithin = ClassWithin ? ClassWithin : Parent->ClassWithin;

@@ -31,10 +31,12 @@ int32 UEnum::GetIndexByNameString(const FString& Name, EGetByNameFlags Flags) co
 	const bool bHeedCase = EnumHasAnyFlags(Flags, EGetByNameFlags::CaseSensitive);
 	const ESearchCase::Type Case = bHeedCase ? ESearchCase::CaseSensitive : ESearchCase::IgnoreCase;
 	const bool bFull = Name.Contains(TEXT("::"));
-	return Names.IndexOfByPredicate([&](const TPair<FName, int64>& Entry) {
-		const FString Full = Entry.Key.ToString();
-		return bFull ? Full.Equals(Name, Case) : ShortName(Full).Equals(Name, Case);
-	});
+	return Names.IndexOfByPredicate(
+		[&](const TPair<FName, int64>& Entry)
+		{
+			const FString Full = Entry.Key.ToString();
+			return bFull ? Full.Equals(Name, Case) : ShortName(Full).Equals(Name, Case);
+		});
 }
 
 int32 UEnum::GetIndexByValue(int64 Value) const

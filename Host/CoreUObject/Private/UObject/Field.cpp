@@ -43,8 +43,9 @@ FString FField::GetPathName() const
 	const FField* Parent = Owner.ToField();
 	const UObject* Object = Owner.ToUObject();
 	const FString Prefix = Parent ? Parent->GetPathName() : (Object ? Object->GetPathName() : FString(TEXT("None")));
-	return Prefix + (Parent || (Object && Object->GetOuter() && Object->GetOuter()->GetOuter()) ? TEXT(".") : TEXT(":")) +
-		   GetName();
+	return Prefix +
+		(Parent || (Object && Object->GetOuter() && Object->GetOuter()->GetOuter()) ? TEXT(".") : TEXT(":")) +
+		GetName();
 }
 
 FString FField::GetFullName() const

@@ -10,9 +10,9 @@ bool GIsSavingPackage = false;
 
 namespace
 {
-TArray<FGCObject*>& Referencers()
+TSet<FGCObject*>& Referencers()
 {
-	static TArray<FGCObject*> List;
+	static TSet<FGCObject*> List;
 	return List;
 }
 
@@ -71,7 +71,8 @@ public:
 private:
 	bool IsRoot(const FObjectSlot& Slot) const
 	{
-		const bool bKept = Slot.Object->HasAnyFlags(KeepFlags | RF_MarkAsNative) && !Has(Slot, EInternalObjectFlags::Garbage);
+		const bool bKept =
+			Slot.Object->HasAnyFlags(KeepFlags | RF_MarkAsNative) && !Has(Slot, EInternalObjectFlags::Garbage);
 		return bKept || Has(Slot, EInternalObjectFlags::RootSet);
 	}
 
@@ -215,7 +216,7 @@ FGCObject::FGCObject()
 
 FGCObject::~FGCObject()
 {
-	Referencers().RemoveSwap(this);
+	Referencers().Remove(this);
 }
 
 void CollectGarbage(EObjectFlags KeepFlags, bool)

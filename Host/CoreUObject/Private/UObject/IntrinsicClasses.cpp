@@ -3,32 +3,29 @@
 #include "UObject/ReflectionTables.h"
 
 /** Describes a class of the reflection system itself: it has no reflected members, so no tool writes its table. */
-#define IMPLEMENT_INTRINSIC_CLASS(TClass, SuperGetter, ClassFlags)                                                     \
-	struct Z_##TClass##_Statics                                                                                        \
-	{                                                                                                                  \
-		static void Construct(const FObjectInitializer& Initializer)                                                   \
-		{                                                                                                              \
-			::new (Initializer.GetMemory()) TClass();                                                                  \
-		}                                                                                                              \
-		static constexpr Reflection::FClassTable Table = {                                                             \
-			.CppName = #TClass,                                                                                        \
-			.Package = "/Script/CoreUObject",                                                                          \
-			.Super = SuperGetter,                                                                                      \
-			.Size = sizeof(TClass),                                                                                    \
-			.Alignment = alignof(TClass),                                                                              \
-			.Flags = CLASS_Intrinsic | ClassFlags,                                                                     \
-			.Construct = &Construct,                                                                                   \
-			.AddReferencedObjects = &TClass::AddReferencedObjects,                                                     \
-		};                                                                                                             \
-	};                                                                                                                 \
-	static Reflection::FClassRegistration Z_##TClass##_Registration(Z_##TClass##_Statics::Table);                      \
-	UClass* Z_Class_##TClass()                                                                                         \
-	{                                                                                                                  \
-		return Z_##TClass##_Registration.Get();                                                                        \
-	}                                                                                                                  \
-	UClass* TClass::StaticClass()                                                                                      \
-	{                                                                                                                  \
-		return Z_Class_##TClass();                                                                                     \
+#define IMPLEMENT_INTRINSIC_CLASS(TClass, SuperGetter, ClassFlags)                                                 \
+	struct Z_##TClass##_Statics                                                                                    \
+	{                                                                                                              \
+		static void Construct(const FObjectInitializer& Initializer) { ::new (Initializer.GetMemory()) TClass(); } \
+		static constexpr Reflection::FClassTable Table = {                                                         \
+			.CppName = #TClass,                                                                                    \
+			.Package = "/Script/CoreUObject",                                                                      \
+			.Super = SuperGetter,                                                                                  \
+			.Size = sizeof(TClass),                                                                                \
+			.Alignment = alignof(TClass),                                                                          \
+			.Flags = CLASS_Intrinsic | ClassFlags,                                                                 \
+			.Construct = &Construct,                                                                               \
+			.AddReferencedObjects = &TClass::AddReferencedObjects,                                                 \
+		};                                                                                                         \
+	};                                                                                                             \
+	static Reflection::FClassRegistration Z_##TClass##_Registration(Z_##TClass##_Statics::Table);                  \
+	UClass* Z_Class_##TClass()                                                                                     \
+	{                                                                                                              \
+		return Z_##TClass##_Registration.Get();                                                                    \
+	}                                                                                                              \
+	UClass* TClass::StaticClass()                                                                                  \
+	{                                                                                                              \
+		return Z_Class_##TClass();                                                                                 \
 	}
 
 IMPLEMENT_INTRINSIC_CLASS(UObject, nullptr, CLASS_Abstract)

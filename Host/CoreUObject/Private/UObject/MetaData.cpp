@@ -61,8 +61,8 @@ FString NameToDisplayString(const FString& Name, bool bIsBool)
 	{
 		const TCHAR Char = Name[Index];
 		const bool bBehindLower = Index > Start && !FChar::IsUpper(Name[Index - 1]) && Name[Index - 1] != TEXT('_');
-		const bool bBeforeLower =
-			Index > Start && Index + 1 < Name.Len() && FChar::IsLower(Name[Index + 1]) && FChar::IsUpper(Name[Index - 1]);
+		const bool bBeforeLower = Index > Start && Index + 1 < Name.Len() && FChar::IsLower(Name[Index + 1]) &&
+			FChar::IsUpper(Name[Index - 1]);
 		const bool bStartsNumber = FChar::IsDigit(Char) && Index > Start && !FChar::IsDigit(Name[Index - 1]);
 		const bool bStartsWord = (FChar::IsUpper(Char) && (bBehindLower || bBeforeLower)) || bStartsNumber;
 		if (Char == TEXT('_'))

@@ -56,7 +56,7 @@ bool UObject::IsAsset() const
 {
 	const UObject* Package = GetOuter();
 	return Package && Package->IsA(UPackage::StaticClass()) && HasAnyFlags(RF_Public) &&
-		   !HasAnyFlags(RF_Transient | RF_ClassDefaultObject) && !IsA(UField::StaticClass());
+		!HasAnyFlags(RF_Transient | RF_ClassDefaultObject) && !IsA(UField::StaticClass());
 }
 
 void UObject::GetAssetRegistryTags(TMap<FName, FString>& OutTags) const

@@ -65,7 +65,8 @@ UObject* FObjectInitializer::CreateDefaultSubobject(UObject* InOuter, FName Subo
 		return nullptr;
 	}
 	check(InOuter == Object && Wanted->IsChildOf(ReturnType));
-	EObjectFlags PartFlags = RF_DefaultSubObject | (InOuter->GetFlags() & (RF_Public | RF_Transactional | RF_Transient));
+	EObjectFlags PartFlags =
+		RF_DefaultSubObject | (InOuter->GetFlags() & (RF_Public | RF_Transactional | RF_Transient));
 	PartFlags |= InOuter->IsTemplate() ? RF_ArchetypeObject : RF_NoFlags;
 	PartFlags |= bIsTransient ? RF_Transient : RF_NoFlags;
 	return StaticConstructObject(InOuter, Wanted, SubobjectName, PartFlags);

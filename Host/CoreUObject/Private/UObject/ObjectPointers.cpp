@@ -1,9 +1,8 @@
 #include "ObjectTable.h"
+#include "Properties/PropertyText.h"
 #include "UObject/SoftObjectPtr.h"
 #include "UObject/UObjectGlobals.h"
 #include "UObject/WeakObjectPtr.h"
-
-#include "../Properties/PropertyText.h"
 
 FWeakObjectPtr& FWeakObjectPtr::operator=(const UObject* Object)
 {
@@ -15,8 +14,9 @@ FWeakObjectPtr& FWeakObjectPtr::operator=(const UObject* Object)
 UObject* FWeakObjectPtr::Get(bool bEvenIfGarbage) const
 {
 	const FObjectSlot* Slot = FObjectTable::Get().FindSlot(ObjectIndex, ObjectSerialNumber);
-	const EInternalObjectFlags Dead =
-		bEvenIfGarbage ? EInternalObjectFlags::Unreachable : EInternalObjectFlags::Unreachable | EInternalObjectFlags::Garbage;
+	const EInternalObjectFlags Dead = bEvenIfGarbage
+		? EInternalObjectFlags::Unreachable
+		: EInternalObjectFlags::Unreachable | EInternalObjectFlags::Garbage;
 	return Slot && !EnumHasAnyFlags(Slot->Flags, Dead) ? Slot->Object : nullptr;
 }
 

@@ -6,12 +6,12 @@ FObjectTable& FObjectTable::Get()
 	return Table;
 }
 
-uint32 FObjectTable::HashOfName(const UObject* Object)
+uint32 FObjectTable::HashOfName(const UObjectBase* Object)
 {
 	return GetTypeHash(Object->GetFName());
 }
 
-uint32 FObjectTable::HashOfOuterAndName(const UObject* Object)
+uint32 FObjectTable::HashOfOuterAndName(const UObjectBase* Object)
 {
 	return HashCombine(GetTypeHash(Object->GetFName()), GetTypeHash((const void*)Object->GetOuter()));
 }
@@ -21,7 +21,7 @@ void FObjectTable::Add(UObjectBase* Base)
 	const int32 Index = FreeSlots.IsEmpty() ? Slots.AddDefaulted() : FreeSlots.Pop();
 	FObjectSlot& Slot = Slots[Index];
 	Slot = FObjectSlot();
-	Slot.Object = static_cast<UObject*>(Base);
+	Slot.Object = (UObject*)(void*)Base;
 	Slot.SerialNumber = ++LastSerialNumber;
 	Base->InternalIndex = Index;
 	ByName.Insert(Slots, Index);
@@ -33,10 +33,7 @@ void FObjectTable::Add(UObjectBase* Base)
 void FObjectTable::Remove(UObjectBase* Base)
 {
 	const int32 Index = Base->InternalIndex;
-	if (!Slots[Index].bDetached)
-	{
-		Detach(static_cast<UObject*>(Base));
-	}
+	check(Slots[Index].bDetached);
 	Slots[Index] = FObjectSlot();
 	FreeSlots.Push(Index);
 	if (FreeSlots.Num() == Slots.Num())
@@ -121,8 +118,7 @@ void FObjectTable::UnlinkClass(int32 Index, UClass* Class)
 
 bool FObjectTable::Matches(const UObject* Object, const UClass* Class, FName Name, bool bExactClass)
 {
-	return Object->GetFName() == Name &&
-		   (!Class || (bExactClass ? Object->GetClass() == Class : Object->IsA(Class)));
+	return Object->GetFName() == Name && (!Class || (bExactClass ? Object->GetClass() == Class : Object->IsA(Class)));
 }
 
 UObject* FObjectTable::Find(const UClass* Class, const UObject* Outer, FName Name, bool bExactClass)

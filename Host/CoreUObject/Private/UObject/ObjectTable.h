@@ -30,7 +30,7 @@ class FSlotIndex
 {
 public:
 	using FLinkMember = FSlotLink FObjectSlot::*;
-	using FHashFunction = uint32 (*)(const UObject* Object);
+	using FHashFunction = uint32 (*)(const UObjectBase* Object);
 
 	FSlotIndex(FLinkMember InLink, FHashFunction InHash)
 		: Link(InLink)
@@ -83,7 +83,8 @@ public:
 
 	/** Takes an object that is about to die out of all lists, while its class and outer still exist. */
 	void Detach(UObject* Object);
-	/** Ends an object's life. @param bMayHaveScriptProperties whether its class still exists and may have added values. */
+	/** Ends an object's life. @param bMayHaveScriptProperties whether its class still exists and may have added values.
+	 */
 	static void Destroy(UObject* Object, bool bMayHaveScriptProperties);
 
 private:
@@ -92,8 +93,8 @@ private:
 	void LinkClass(int32 Index, UClass* Class);
 	void UnlinkClass(int32 Index, UClass* Class);
 	static bool Matches(const UObject* Object, const UClass* Class, FName Name, bool bExactClass);
-	static uint32 HashOfName(const UObject* Object);
-	static uint32 HashOfOuterAndName(const UObject* Object);
+	static uint32 HashOfName(const UObjectBase* Object);
+	static uint32 HashOfOuterAndName(const UObjectBase* Object);
 
 	TArray<FObjectSlot> Slots;
 	TArray<int32> FreeSlots;

@@ -33,9 +33,8 @@ FString FScriptDelegate::ToString() const
 
 void FMulticastScriptDelegate::Remove(const UObject* Object, FName FunctionName)
 {
-	Bindings.RemoveAll([=](const FScriptDelegate& Each) {
-		return Each.IsBoundToObject(Object) && Each.GetFunctionName() == FunctionName;
-	});
+	Bindings.RemoveAll([=](const FScriptDelegate& Each)
+		{ return Each.IsBoundToObject(Object) && Each.GetFunctionName() == FunctionName; });
 }
 
 void FMulticastScriptDelegate::RemoveAll(const UObject* Object)
@@ -50,9 +49,8 @@ bool FMulticastScriptDelegate::IsBound() const
 
 bool FMulticastScriptDelegate::Contains(const UObject* Object, FName FunctionName) const
 {
-	return Bindings.ContainsByPredicate([=](const FScriptDelegate& Each) {
-		return Each.IsBoundToObject(Object) && Each.GetFunctionName() == FunctionName;
-	});
+	return Bindings.ContainsByPredicate([=](const FScriptDelegate& Each)
+		{ return Each.IsBoundToObject(Object) && Each.GetFunctionName() == FunctionName; });
 }
 
 void FMulticastScriptDelegate::ProcessMulticastDelegate(void* Parms) const
@@ -66,8 +64,8 @@ void FMulticastScriptDelegate::ProcessMulticastDelegate(void* Parms) const
 
 FString FMulticastScriptDelegate::ToString() const
 {
-	const FString List = FString::JoinBy(
-		Bindings, TEXT(","), [](const FScriptDelegate& Each) { return Each.ToString(); });
+	const FString List =
+		FString::JoinBy(Bindings, TEXT(","), [](const FScriptDelegate& Each) { return Each.ToString(); });
 	return TEXT("(") + List + TEXT(")");
 }
 

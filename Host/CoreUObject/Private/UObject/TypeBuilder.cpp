@@ -97,7 +97,8 @@ void FReflectionBuilder::MakeClasses(const TArray<FClassRegistration*>& Classes)
 void FReflectionBuilder::MakeOthers(const TArray<FStructRegistration*>& Structs,
 	const TArray<FEnumRegistration*>& Enums, const TArray<FDelegateRegistration*>& Delegates)
 {
-	const auto Enter = [](auto* Registration, auto* Object) {
+	const auto Enter = [](auto* Registration, auto* Object)
+	{
 		Registration->Object = Object;
 		FObjectTable::Get().ChangeIdentity(Object, Object->GetFName(), PackageOf(Registration->Table->Package));
 	};
@@ -142,8 +143,7 @@ void FReflectionBuilder::AddFunctions(UClass* Class, const FClassTable& Table)
 	UField** Place = &Class->Children;
 	for (const FFunctionTable& Row : Table.Functions)
 	{
-		UFunction* Function =
-			FObjectFactory::MakeType<UFunction>(UFunction::StaticClass(), FName(FString(Row.Name)));
+		UFunction* Function = FObjectFactory::MakeType<UFunction>(UFunction::StaticClass(), FName(FString(Row.Name)));
 		FObjectTable::Get().ChangeIdentity(Function, Function->GetFName(), Class);
 		DescribeFunction(Function, Row);
 		Class->AddFunctionToFunctionMap(Function, Function->GetFName());
@@ -284,7 +284,8 @@ void FReflectionBuilder::Run()
 
 void FReflectionBuilder::Forget()
 {
-	const auto Clear = [](auto*& LastSeen) {
+	const auto Clear = [](auto*& LastSeen)
+	{
 		LastSeen = nullptr;
 		for (auto* Each = std::remove_reference_t<decltype(*LastSeen)>::First; Each; Each = Each->Next)
 		{
@@ -301,7 +302,7 @@ void Reflection::BuildNewTypes()
 {
 	static int32 Built = 0;
 	const int32 Known = FClassRegistration::Count + FStructRegistration::Count + FEnumRegistration::Count +
-						FDelegateRegistration::Count;
+		FDelegateRegistration::Count;
 	const bool bBuilt = Built == Known && UClass::IsBuilt();
 	if (!bBuilt)
 	{

@@ -11,7 +11,7 @@ UObjectBase::UObjectBase()
 	ClassPrivate = Initializer.Class;
 	NamePrivate = Initializer.Name;
 	OuterPrivate = Initializer.Outer;
-	Initializer.Object = static_cast<UObject*>(this);
+	Initializer.Object = (UObject*)(void*)this;
 	FObjectTable::Get().Add(this);
 }
 

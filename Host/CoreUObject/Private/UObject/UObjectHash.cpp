@@ -25,7 +25,8 @@ void AddInstances(const UClass* Class, TArray<UObject*>& Results, EObjectFlags E
 void AddInners(const UObject* Outer, TArray<UObject*>& Results, bool bNested, EObjectFlags ExclusionFlags)
 {
 	FObjectTable& Table = FObjectTable::Get();
-	for (int32 Index = Table.SlotOf(Outer).FirstInner; Index != INDEX_NONE; Index = Table.GetSlots()[Index].InOuter.Next)
+	for (int32 Index = Table.SlotOf(Outer).FirstInner; Index != INDEX_NONE;
+		 Index = Table.GetSlots()[Index].InOuter.Next)
 	{
 		const FObjectSlot& Slot = Table.GetSlots()[Index];
 		if (!Slot.Object->HasAnyFlags(ExclusionFlags) && !EnumHasAnyFlags(Slot.Flags, EInternalObjectFlags::Garbage))

@@ -16,8 +16,7 @@ public:
 	{
 	}
 	template <typename OtherType>
-		requires std::is_convertible_v<OtherType*, T*>
-	TSubclassOf(const TSubclassOf<OtherType>& Other)
+	requires std::is_convertible_v<OtherType*, T*> TSubclassOf(const TSubclassOf<OtherType>& Other)
 		: Class(Other.Get())
 	{
 	}

@@ -34,7 +34,8 @@ class UClass : public UStruct
 	EClassFlags GetClassFlags() const { return ClassFlags; }
 	bool IsNative() const { return HasAnyClassFlags(CLASS_Native); }
 
-	/** The object that holds the defaults; made on first demand. @return null only if it isn't there and mustn't be made. */
+	/** The object that holds the defaults; made on first demand. @return null only if it isn't there and mustn't be
+	 * made. */
 	UObject* GetDefaultObject(bool bCreateIfNeeded = true);
 	template <typename T>
 	T* GetDefaultObject()
@@ -55,8 +56,8 @@ class UClass : public UStruct
 	bool ImplementsInterface(const UClass* Interface) const;
 	const FImplementedInterface* FindInterface(const UClass* Interface) const;
 
-	/** Inherits what a class takes from its parent: constructor, flags, config name. Before StaticLink, for classes made at
-	 * run time. */
+	/** Inherits what a class takes from its parent: constructor, flags, config name. Before StaticLink, for classes
+	 * made at run time. */
 	void Bind();
 	void SetSuperStruct(UStruct* NewSuperStruct) override;
 	void StaticLink(bool bRelinkExistingProperties = false) override;
@@ -87,7 +88,8 @@ private:
 	friend class FObjectTable;
 	friend class FReflectionBuilder;
 
-	/** Constructs and destroys the properties of run-time classes, from the nearest native parent down to this class. */
+	/** Constructs and destroys the properties of run-time classes, from the nearest native parent down to this class.
+	 */
 	void InitializeScriptProperties(void* Dest) const;
 	void DestroyScriptProperties(void* Dest) const;
 	UObject* CreateDefaultObject();

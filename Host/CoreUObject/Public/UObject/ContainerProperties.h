@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Containers/Array.h"
 #include "Containers/ScriptSet.h"
 #include "UObject/Property.h"
 
@@ -11,14 +12,6 @@ public:
 
 protected:
 	bool ImportsInSteps() const override { return true; }
-};
-
-/** The memory of a TArray whose element type is known at run time alone. */
-struct FScriptArray
-{
-	uint8* Data = nullptr;
-	int32 ArrayNum = 0;
-	int32 ArrayMax = 0;
 };
 
 class FArrayProperty : public FContainerProperty

@@ -12,8 +12,9 @@ enum class EGetByNameFlags : uint32
 ENUM_CLASS_FLAGS(EGetByNameFlags)
 
 /**
- * An enumeration. Entries stand in the order of declaration; the last is the hidden maximum, `_MAX`, made by the registry
- * where the code has none. Full names are `EMode::Walk` for scoped enumerations and `MODE_Walk` for plain ones. Game thread.
+ * An enumeration. Entries stand in the order of declaration; the last is the hidden maximum, `_MAX`, made by the
+ * registry where the code has none. Full names are `EMode::Walk` for scoped enumerations and `MODE_Walk` for plain
+ * ones. Game thread.
  */
 class UEnum : public UField
 {
@@ -47,7 +48,8 @@ class UEnum : public UField
 	FName GetNameByIndex(int32 Index) const;
 	/** Without `EMode::`. @return an empty text outside of the entries. */
 	FString GetNameStringByIndex(int32 Index) const;
-	/** @return INDEX_NONE without the name. The short name of a scoped enumeration is found too, without regard to case. */
+	/** @return INDEX_NONE without the name. The short name of a scoped enumeration is found too, without regard to
+	 * case. */
 	int32 GetIndexByName(FName Name, EGetByNameFlags Flags = EGetByNameFlags::None) const;
 	int32 GetIndexByNameString(const FString& Name, EGetByNameFlags Flags = EGetByNameFlags::None) const;
 	int32 GetIndexByValue(int64 Value) const;

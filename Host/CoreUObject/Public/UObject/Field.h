@@ -71,19 +71,19 @@ private:
 	const FFieldClass* Super;
 };
 
-#define DECLARE_FIELD(TClass, TSuper)                                                                                  \
-public:                                                                                                                \
-	using Super = TSuper;                                                                                              \
-	using ThisClass = TClass;                                                                                          \
-	static constexpr uint64 StaticCastFlag = CASTCLASS_##TClass;                                                       \
-	static const FFieldClass* StaticClass()                                                                            \
-	{                                                                                                                  \
-		static const FFieldClass Class(TEXT(#TClass) + 1, StaticCastFlag, TSuper::StaticClass());                      \
-		return &Class;                                                                                                 \
-	}                                                                                                                  \
-	const FFieldClass* GetClass() const override                                                                       \
-	{                                                                                                                  \
-		return StaticClass();                                                                                          \
+#define DECLARE_FIELD(TClass, TSuper)                                                             \
+public:                                                                                           \
+	using Super = TSuper;                                                                         \
+	using ThisClass = TClass;                                                                     \
+	static constexpr uint64 StaticCastFlag = CASTCLASS_##TClass;                                  \
+	static const FFieldClass* StaticClass()                                                       \
+	{                                                                                             \
+		static const FFieldClass Class(TEXT(#TClass) + 1, StaticCastFlag, TSuper::StaticClass()); \
+		return &Class;                                                                            \
+	}                                                                                             \
+	const FFieldClass* GetClass() const override                                                  \
+	{                                                                                             \
+		return StaticClass();                                                                     \
 	}
 
 /** The owner of a field: a container property, or an object such as a class or function. */

@@ -34,8 +34,8 @@ enum InterfaceClassFlags
 }
 
 /**
- * Walks the properties or the functions of a struct, in the order of declaration, own ones before the parent's. The struct
- * doesn't change meanwhile. Game thread.
+ * Walks the properties or the functions of a struct, in the order of declaration, own ones before the parent's. The
+ * struct doesn't change meanwhile. Game thread.
  */
 template <typename T>
 class TFieldIterator

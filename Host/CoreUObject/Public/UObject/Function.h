@@ -3,10 +3,11 @@
 #include "UObject/Struct.h"
 
 /**
- * A function that can be called by reflection. Its properties are the parameters in order, the result last. Game thread.
+ * A function that can be called by reflection. Its properties are the parameters in order, the result last. Game
+ * thread.
  *
- * A call takes a frame: ParmsSize bytes in which every parameter is a constructed value at its property's offset. FStructOnScope makes
- * such a frame and UObject::ProcessEvent calls with it.
+ * A call takes a frame: ParmsSize bytes in which every parameter is a constructed value at its property's offset.
+ * FStructOnScope makes such a frame and UObject::ProcessEvent calls with it.
  */
 class UFunction : public UStruct
 {

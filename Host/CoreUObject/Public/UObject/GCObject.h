@@ -2,7 +2,8 @@
 
 #include "UObject/GarbageCollection.h"
 
-/** A plain object that holds reflected ones alive: for its own life, it reports them to every collection. Game thread. */
+/** A plain object that holds reflected ones alive: for its own life, it reports them to every collection. Game thread.
+ */
 class FGCObject
 {
 public:

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Templates/SubclassOf.h"
+#include "UObject/CoreStructs.h"
 #include "UObject/GarbageCollection.h"
 #include "UObject/ReflectionTables.h"
 #include "UObject/ScriptInterface.h"

@@ -66,11 +66,11 @@ extern template class TNumericProperty<uint64>;
 extern template class TNumericProperty<float>;
 extern template class TNumericProperty<double>;
 
-#define DECLARE_NUMERIC_PROPERTY(TClass, TNumber)                                                                      \
-	class TClass : public TNumericProperty<TNumber>                                                                    \
-	{                                                                                                                  \
-		DECLARE_FIELD(TClass, FNumericProperty)                                                                        \
-		using TNumericProperty<TNumber>::TNumericProperty;                                                             \
+#define DECLARE_NUMERIC_PROPERTY(TClass, TNumber)          \
+	class TClass : public TNumericProperty<TNumber>        \
+	{                                                      \
+		DECLARE_FIELD(TClass, FNumericProperty)            \
+		using TNumericProperty<TNumber>::TNumericProperty; \
 	};
 
 DECLARE_NUMERIC_PROPERTY(FInt8Property, int8)

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Containers/EnumAsByte.h"
 #include "UObject/ObjectInitializer.h"
+#include "UObject/ObjectPtr.h"
+#include "UObject/ScriptDelegates.h"
 #include "UObject/UObjectBaseUtility.h"
 
 class FConfigCacheIni;
@@ -58,8 +61,8 @@ class UObject : public UObjectBaseUtility
 
 	/**
 	 * Gives the object another name, another outer or both.
-	 * @param NewName null makes a unique name. @param NewOuter null keeps the outer. @return false, with no change, if the
-	 * name is taken.
+	 * @param NewName null makes a unique name. @param NewOuter null keeps the outer. @return false, with no change, if
+	 * the name is taken.
 	 */
 	virtual bool Rename(const TCHAR* NewName = nullptr, UObject* NewOuter = nullptr, ERenameFlags Flags = REN_None);
 
@@ -69,7 +72,8 @@ class UObject : public UObjectBaseUtility
 	void GetDefaultSubobjects(TArray<UObject*>& OutSubobjects) const;
 
 	/** Makes a part of this object. Constructors only. */
-	UObject* CreateDefaultSubobject(FName Name, UClass* ReturnType, UClass* ClassToCreate, bool bRequired, bool bTransient);
+	UObject* CreateDefaultSubobject(
+		FName Name, UClass* ReturnType, UClass* ClassToCreate, bool bRequired, bool bTransient);
 	template <typename T>
 	T* CreateDefaultSubobject(FName Name, bool bTransient = false)
 	{

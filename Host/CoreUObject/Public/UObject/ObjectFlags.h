@@ -75,8 +75,8 @@ enum EClassFlags : uint32
 	CLASS_NewerVersionExists = 0x80000000,
 	/** Handed down to child classes. */
 	CLASS_Inherit = CLASS_Transient | CLASS_DefaultConfig | CLASS_Config | CLASS_PerObjectConfig | CLASS_NotPlaceable |
-					CLASS_Const | CLASS_HasInstancedReference | CLASS_Deprecated | CLASS_DefaultToInstanced |
-					CLASS_GlobalUserConfig | CLASS_ProjectUserConfig | CLASS_Interface | CLASS_EditInlineNew
+		CLASS_Const | CLASS_HasInstancedReference | CLASS_Deprecated | CLASS_DefaultToInstanced |
+		CLASS_GlobalUserConfig | CLASS_ProjectUserConfig | CLASS_Interface | CLASS_EditInlineNew
 };
 ENUM_CLASS_FLAGS(EClassFlags)
 

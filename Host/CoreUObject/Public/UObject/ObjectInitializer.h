@@ -26,8 +26,8 @@ public:
 	UClass* GetClass() const { return Class; }
 	UObject* GetArchetype() const { return Archetype; }
 
-	/** Makes a part of Outer, of the class that a child's constructor chose or of the given one. @return null if a child's
-	 * constructor doesn't want it. */
+	/** Makes a part of Outer, of the class that a child's constructor chose or of the given one. @return null if a
+	 * child's constructor doesn't want it. */
 	UObject* CreateDefaultSubobject(UObject* Outer, FName SubobjectName, const UClass* ReturnType,
 		const UClass* ClassToCreate, bool bIsRequired = true, bool bIsTransient = false) const;
 	template <typename T>

@@ -35,21 +35,21 @@ struct FFrame;
 #define GENERATED_UINTERFACE_BODY(...) GENERATED_BODY()
 
 /** What every reflected class declares; its definitions stand in the generated source. */
-#define DECLARE_REFLECTED_CLASS(TClass, TSuper)                                                                        \
-public:                                                                                                                \
-	friend struct Z_##TClass##_Statics;                                                                                \
-	using Super = TSuper;                                                                                              \
-	using ThisClass = TClass;                                                                                          \
-	static UClass* StaticClass();                                                                                      \
-	TClass(const TClass&) = delete;                                                                                    \
+#define DECLARE_REFLECTED_CLASS(TClass, TSuper) \
+public:                                         \
+	friend struct Z_##TClass##_Statics;         \
+	using Super = TSuper;                       \
+	using ThisClass = TClass;                   \
+	static UClass* StaticClass();               \
+	TClass(const TClass&) = delete;             \
 	TClass& operator=(const TClass&) = delete;
 
 /** What the C++ side of a reflected interface declares: the way to its reflected twin. */
-#define DECLARE_REFLECTED_INTERFACE(TInterface, TClass)                                                                \
-public:                                                                                                                \
-	friend struct Z_##TClass##_Statics;                                                                                \
-	using UClassType = TClass;                                                                                         \
-	using ThisClass = TInterface;                                                                                      \
+#define DECLARE_REFLECTED_INTERFACE(TInterface, TClass) \
+public:                                                 \
+	friend struct Z_##TClass##_Statics;                 \
+	using UClassType = TClass;                          \
+	using ThisClass = TInterface;                       \
 	virtual ~TInterface() = default;
 
 /** The reflected twin of a C++ type. Game thread. */

@@ -21,8 +21,7 @@ struct TObjectPtr
 	{
 	}
 	template <typename OtherType>
-		requires std::is_convertible_v<OtherType*, T*>
-	TObjectPtr(const TObjectPtr<OtherType>& Other)
+	requires std::is_convertible_v<OtherType*, T*> TObjectPtr(const TObjectPtr<OtherType>& Other)
 		: Pointer(Other.Get())
 	{
 	}

@@ -2,7 +2,8 @@
 
 #include "UObject/Object.h"
 
-/** The outermost object: `/Script/Engine` for what a module brings, `/Game/Things/Chair` for an asset's file. Game thread. */
+/** The outermost object: `/Script/Engine` for what a module brings, `/Game/Things/Chair` for an asset's file. Game
+ * thread. */
 class UPackage : public UObject
 {
 	DECLARE_REFLECTED_CLASS(UPackage, UObject)

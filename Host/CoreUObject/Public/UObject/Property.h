@@ -6,9 +6,9 @@ class FOutputDevice;
 class UStruct;
 
 /**
- * A typed place in a class, struct or frame. It handles values by address: the address of the value itself (the Data and
- * Value of the functions below) or of the whole container, from which it computes the value's. ArrayDim is 1 but for C
- * arrays. Game thread.
+ * A typed place in a class, struct or frame. It handles values by address: the address of the value itself (the Data
+ * and Value of the functions below) or of the whole container, from which it computes the value's. ArrayDim is 1 but
+ * for C arrays. Game thread.
  */
 class FProperty : public FField
 {
@@ -61,7 +61,10 @@ class FProperty : public FField
 	{
 		CopyCompleteValue(ValueAt(DestContainer, 0), ValueAt((void*)SourceContainer, 0));
 	}
-	void SetValue_InContainer(void* Container, const void* Value) const { CopyCompleteValue(ValueAt(Container, 0), Value); }
+	void SetValue_InContainer(void* Container, const void* Value) const
+	{
+		CopyCompleteValue(ValueAt(Container, 0), Value);
+	}
 	void GetValue_InContainer(const void* Container, void* OutValue) const
 	{
 		CopyCompleteValue(OutValue, ValueAt((void*)Container, 0));
@@ -88,8 +91,8 @@ class FProperty : public FField
 	}
 	/**
 	 * Appends the text of one value.
-	 * @param Delta values equal to this are left out of structs; null or the value itself writes all. @return false, with
-	 * nothing appended, if the whole value equals another Delta.
+	 * @param Delta values equal to this are left out of structs; null or the value itself writes all. @return false,
+	 * with nothing appended, if the whole value equals another Delta.
 	 */
 	bool ExportText_Direct(FString& ValueStr, const void* Data, const void* Delta, UObject* Parent, int32 PortFlags,
 		UObject* ExportRootScope = nullptr) const;
@@ -103,7 +106,9 @@ class FProperty : public FField
 	/** Whether a value may refer to objects that this reference keeps alive. */
 	virtual bool ContainsObjectReference() const { return false; }
 	/** Reports the objects that one value refers to. */
-	virtual void CollectReferences([[maybe_unused]] void* Data, [[maybe_unused]] FReferenceCollector& Collector) const {}
+	virtual void CollectReferences([[maybe_unused]] void* Data, [[maybe_unused]] FReferenceCollector& Collector) const
+	{
+	}
 	/** The same for all ArrayDim values. */
 	void CollectReferences_InContainer(void* Container, FReferenceCollector& Collector) const;
 
@@ -138,8 +143,8 @@ protected:
 	virtual bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const = 0;
 	virtual void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
 		UObject* ExportRootScope) const = 0;
-	virtual const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const = 0;
+	virtual const TCHAR* ImportValue(
+		const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags, FOutputDevice* ErrorText) const = 0;
 	/** Whether a failed import may leave a value half changed, so that it has to work on a copy. */
 	virtual bool ImportsInSteps() const { return false; }
 

@@ -81,7 +81,7 @@ struct FPropertyTable
 	uint64 OwnerSize = 0;
 	uint64 Offset = 0;
 	int32 ArrayDim = 1;
-	TTable<FMetaDataTable> MetaData;
+	TTable<FMetaDataTable> MetaData{};
 };
 
 struct FFunctionTable
@@ -90,10 +90,10 @@ struct FFunctionTable
 	const char* Package = nullptr;
 	EFunctionFlags Flags = FUNC_None;
 	UFunction::FNativeFuncPtr Exec = nullptr;
-	TTable<FPropertyTable> Parameters;
+	TTable<FPropertyTable> Parameters{};
 	uint64 ParmsSize = 0;
 	uint64 ParmsAlignment = 1;
-	TTable<FMetaDataTable> MetaData;
+	TTable<FMetaDataTable> MetaData{};
 };
 
 struct FInterfaceTable
@@ -113,10 +113,10 @@ struct FClassTable
 	const char* Config = nullptr;
 	UClass::FConstructor Construct = nullptr;
 	UClass::FAddReferencedObjects AddReferencedObjects = nullptr;
-	TTable<FPropertyTable> Properties;
-	TTable<FFunctionTable> Functions;
-	TTable<FInterfaceTable> Interfaces;
-	TTable<FMetaDataTable> MetaData;
+	TTable<FPropertyTable> Properties{};
+	TTable<FFunctionTable> Functions{};
+	TTable<FInterfaceTable> Interfaces{};
+	TTable<FMetaDataTable> MetaData{};
 };
 
 struct FStructTable
@@ -126,15 +126,15 @@ struct FStructTable
 	UField* (*Super)() = nullptr;
 	EStructFlags Flags = STRUCT_NoFlags;
 	const FCppStructOps* Ops = nullptr;
-	TTable<FPropertyTable> Properties;
-	TTable<FMetaDataTable> MetaData;
+	TTable<FPropertyTable> Properties{};
+	TTable<FMetaDataTable> MetaData{};
 };
 
 struct FEnumeratorTable
 {
 	const char* Name = nullptr;
 	int64 Value = 0;
-	TTable<FMetaDataTable> MetaData;
+	TTable<FMetaDataTable> MetaData{};
 };
 
 struct FEnumTable
@@ -144,11 +144,12 @@ struct FEnumTable
 	UEnum::ECppForm Form = UEnum::ECppForm::EnumClass;
 	EEnumFlags Flags = EEnumFlags::None;
 	uint64 UnderlyingSize = 1;
-	TTable<FEnumeratorTable> Values;
-	TTable<FMetaDataTable> MetaData;
+	TTable<FEnumeratorTable> Values{};
+	TTable<FMetaDataTable> MetaData{};
 };
 
-/** Enters a type's table into the list of types to build, when the program starts, and knows the type once it is built. */
+/** Enters a type's table into the list of types to build, when the program starts, and knows the type once it is built.
+ */
 template <typename TableType, typename ObjectType>
 class TRegistration
 {
@@ -201,7 +202,10 @@ void TRegistration<TableType, ObjectType>::ProcessNewlyLoadedUObjects()
 
 /** Whether F is a dynamic delegate rather than a struct. */
 template <typename F>
-concept CDynamicDelegate = requires { TDelegateSignature<F>::bMulticast; };
+concept CDynamicDelegate = requires
+{
+	TDelegateSignature<F>::bMulticast;
+};
 
 template <typename F>
 constexpr EPropertyKind KindOf()

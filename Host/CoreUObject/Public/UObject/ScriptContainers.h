@@ -33,7 +33,10 @@ public:
 	void SwapValues(int32 A, int32 B);
 
 private:
-	uint8* ElementAt(int32 Index) const { return Array->Data + (SIZE_T)Index * (SIZE_T)Inner->GetElementSize(); }
+	uint8* ElementAt(int32 Index) const
+	{
+		return (uint8*)Array->Data + (SIZE_T)Index * (SIZE_T)Inner->GetElementSize();
+	}
 	void Grow(int32 Count);
 
 	FProperty* Inner;

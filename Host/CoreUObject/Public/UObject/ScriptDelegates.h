@@ -3,7 +3,8 @@
 #include "UObject/ObjectMacros.h"
 #include "UObject/WeakObjectPtr.h"
 
-/** One object's reflected function, bound by name, so that it can be stored as text and called from scripts. Game thread. */
+/** One object's reflected function, bound by name, so that it can be stored as text and called from scripts. Game
+ * thread. */
 class FScriptDelegate
 {
 public:
@@ -127,8 +128,7 @@ public:
 		}
 	}
 	/** @return whether something was called. */
-	bool ExecuteIfBound(ParamTypes... Params) const
-		requires std::is_void_v<ReturnType>
+	bool ExecuteIfBound(ParamTypes... Params) const requires std::is_void_v<ReturnType>
 	{
 		Reflection::TDelegateFrame<std::decay_t<ParamTypes>...> Frame(Params...);
 		return ProcessDelegate(Frame.GetMemory());
@@ -169,55 +169,55 @@ FName FunctionNameOf(const TCHAR* MemberPointerText);
 
 #define BindDynamic(Object, Function) BindUFunction(Object, Reflection::FunctionNameOf(TEXT(#Function)))
 #define AddDynamic(Object, Function) __Internal_AddDynamic(Object, Reflection::FunctionNameOf(TEXT(#Function)))
-#define AddUniqueDynamic(Object, Function)                                                                             \
+#define AddUniqueDynamic(Object, Function) \
 	__Internal_AddUniqueDynamic(Object, Reflection::FunctionNameOf(TEXT(#Function)))
 #define RemoveDynamic(Object, Function) __Internal_RemoveDynamic(Object, Reflection::FunctionNameOf(TEXT(#Function)))
 
-#define DECLARE_DYNAMIC_DELEGATE(Name)                                                                                 \
-	class Name : public TBaseDynamicDelegate<void>                                                                     \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_DELEGATE(Name)             \
+	class Name : public TBaseDynamicDelegate<void> \
+	{                                              \
 	}
-#define DECLARE_DYNAMIC_DELEGATE_OneParam(Name, T1, N1)                                                                \
-	class Name : public TBaseDynamicDelegate<void, T1>                                                                 \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_DELEGATE_OneParam(Name, T1, N1) \
+	class Name : public TBaseDynamicDelegate<void, T1>  \
+	{                                                   \
 	}
-#define DECLARE_DYNAMIC_DELEGATE_TwoParams(Name, T1, N1, T2, N2)                                                       \
-	class Name : public TBaseDynamicDelegate<void, T1, T2>                                                             \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_DELEGATE_TwoParams(Name, T1, N1, T2, N2) \
+	class Name : public TBaseDynamicDelegate<void, T1, T2>       \
+	{                                                            \
 	}
-#define DECLARE_DYNAMIC_DELEGATE_ThreeParams(Name, T1, N1, T2, N2, T3, N3)                                             \
-	class Name : public TBaseDynamicDelegate<void, T1, T2, T3>                                                         \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_DELEGATE_ThreeParams(Name, T1, N1, T2, N2, T3, N3) \
+	class Name : public TBaseDynamicDelegate<void, T1, T2, T3>             \
+	{                                                                      \
 	}
-#define DECLARE_DYNAMIC_DELEGATE_RetVal(R, Name)                                                                       \
-	class Name : public TBaseDynamicDelegate<R>                                                                        \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_DELEGATE_RetVal(R, Name) \
+	class Name : public TBaseDynamicDelegate<R>  \
+	{                                            \
 	}
-#define DECLARE_DYNAMIC_DELEGATE_RetVal_OneParam(R, Name, T1, N1)                                                      \
-	class Name : public TBaseDynamicDelegate<R, T1>                                                                    \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_DELEGATE_RetVal_OneParam(R, Name, T1, N1) \
+	class Name : public TBaseDynamicDelegate<R, T1>               \
+	{                                                             \
 	}
-#define DECLARE_DYNAMIC_DELEGATE_RetVal_TwoParams(R, Name, T1, N1, T2, N2)                                             \
-	class Name : public TBaseDynamicDelegate<R, T1, T2>                                                                \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_DELEGATE_RetVal_TwoParams(R, Name, T1, N1, T2, N2) \
+	class Name : public TBaseDynamicDelegate<R, T1, T2>                    \
+	{                                                                      \
 	}
-#define DECLARE_DYNAMIC_MULTICAST_DELEGATE(Name)                                                                       \
-	class Name : public TBaseDynamicMulticastDelegate<>                                                                \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_MULTICAST_DELEGATE(Name)        \
+	class Name : public TBaseDynamicMulticastDelegate<> \
+	{                                                   \
 	}
-#define DECLARE_DYNAMIC_MULTICAST_DELEGATE_OneParam(Name, T1, N1)                                                      \
-	class Name : public TBaseDynamicMulticastDelegate<T1>                                                              \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_MULTICAST_DELEGATE_OneParam(Name, T1, N1) \
+	class Name : public TBaseDynamicMulticastDelegate<T1>         \
+	{                                                             \
 	}
-#define DECLARE_DYNAMIC_MULTICAST_DELEGATE_TwoParams(Name, T1, N1, T2, N2)                                             \
-	class Name : public TBaseDynamicMulticastDelegate<T1, T2>                                                          \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_MULTICAST_DELEGATE_TwoParams(Name, T1, N1, T2, N2) \
+	class Name : public TBaseDynamicMulticastDelegate<T1, T2>              \
+	{                                                                      \
 	}
-#define DECLARE_DYNAMIC_MULTICAST_DELEGATE_ThreeParams(Name, T1, N1, T2, N2, T3, N3)                                   \
-	class Name : public TBaseDynamicMulticastDelegate<T1, T2, T3>                                                      \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_MULTICAST_DELEGATE_ThreeParams(Name, T1, N1, T2, N2, T3, N3) \
+	class Name : public TBaseDynamicMulticastDelegate<T1, T2, T3>                    \
+	{                                                                                \
 	}
-#define DECLARE_DYNAMIC_MULTICAST_DELEGATE_FourParams(Name, T1, N1, T2, N2, T3, N3, T4, N4)                            \
-	class Name : public TBaseDynamicMulticastDelegate<T1, T2, T3, T4>                                                  \
-	{                                                                                                                  \
+#define DECLARE_DYNAMIC_MULTICAST_DELEGATE_FourParams(Name, T1, N1, T2, N2, T3, N3, T4, N4) \
+	class Name : public TBaseDynamicMulticastDelegate<T1, T2, T3, T4>                       \
+	{                                                                                       \
 	}

@@ -36,7 +36,8 @@ public:
 	TScriptInterface() = default;
 	template <typename ObjectType>
 	TScriptInterface(ObjectType* Source)
-		: FScriptInterface(Source, Source ? Source->GetInterfaceAddress(InterfaceType::UClassType::StaticClass()) : nullptr)
+		: FScriptInterface(
+			  Source, Source ? Source->GetInterfaceAddress(InterfaceType::UClassType::StaticClass()) : nullptr)
 	{
 	}
 	InterfaceType* operator->() const { return (InterfaceType*)GetInterface(); }

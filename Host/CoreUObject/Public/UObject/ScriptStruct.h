@@ -16,8 +16,8 @@ struct FCppStructOps
 	bool (*Identical)(const void* A, const void* B) = nullptr;
 	uint32 (*GetTypeHash)(const void* Value) = nullptr;
 	/** Reads a form of text of the type's own; false leaves Buffer and lets the common form be tried. */
-	bool (*ImportTextItem)(void* Value, const TCHAR*& Buffer, int32 PortFlags, UObject* Parent, FOutputDevice* Error) =
-		nullptr;
+	bool (*ImportTextItem)(
+		void* Value, const TCHAR*& Buffer, int32 PortFlags, UObject* Parent, FOutputDevice* Error) = nullptr;
 	/** Writes a form of text of the type's own; false lets the common form be written. */
 	bool (*ExportTextItem)(const void* Value, FString& Text, const void* Default, UObject* Parent, int32 PortFlags,
 		UObject* Root) = nullptr;
@@ -48,8 +48,10 @@ class UScriptStruct : public UStruct
 	bool HasTypeHash() const;
 
 	/**
-	 * Reads `(X=1,Name="a")` into a value. Members that aren't named keep theirs; unknown ones are skipped with a warning.
-	 * @param StructName for messages. @return behind what was read, or null after an error, the value then half changed.
+	 * Reads `(X=1,Name="a")` into a value. Members that aren't named keep theirs; unknown ones are skipped with a
+	 * warning.
+	 * @param StructName for messages. @return behind what was read, or null after an error, the value then half
+	 * changed.
 	 */
 	const TCHAR* ImportText(const TCHAR* Buffer, void* Value, UObject* OwnerObject, int32 PortFlags,
 		FOutputDevice* ErrorText, const FString& StructName, bool bAllowNativeOverride = true) const;

@@ -50,8 +50,8 @@ class UStruct : public UField
 	void RemoveChild(UField* Child);
 
 	/**
-	 * Builds the chains of properties and, for properties made at run time, lays them out behind the parent's. The parent
-	 * is linked before. No value laid out in the old way may exist.
+	 * Builds the chains of properties and, for properties made at run time, lays them out behind the parent's. The
+	 * parent is linked before. No value laid out in the old way may exist.
 	 */
 	virtual void StaticLink(bool bRelinkExistingProperties = false);
 

@@ -38,8 +38,11 @@ struct TStructOpsTypeTraits : TStructOpsTypeTraitsBase2<StructType>
 namespace Reflection
 {
 template <typename T>
-concept CHasTypeHash = requires(const T& Value) {
-	{ GetTypeHash(Value) } -> std::convertible_to<uint32>;
+concept CHasTypeHash = requires(const T& Value)
+{
+	{
+		GetTypeHash(Value)
+		} -> std::convertible_to<uint32>;
 };
 
 /** Fills in the operations that T has. */
@@ -64,14 +67,14 @@ constexpr FCppStructOps MakeStructOps()
 	}
 	if constexpr (FTraits::WithImportTextItem)
 	{
-		Ops.ImportTextItem = [](void* Value, const TCHAR*& Buffer, int32 PortFlags, UObject* Parent,
-								 FOutputDevice* Error)
+		Ops.ImportTextItem =
+			[](void* Value, const TCHAR*& Buffer, int32 PortFlags, UObject* Parent, FOutputDevice* Error)
 		{ return ((T*)Value)->ImportTextItem(Buffer, PortFlags, Parent, Error); };
 	}
 	if constexpr (FTraits::WithExportTextItem)
 	{
-		Ops.ExportTextItem = [](const void* Value, FString& Text, const void* Default, UObject* Parent, int32 PortFlags,
-								 UObject* Root)
+		Ops.ExportTextItem =
+			[](const void* Value, FString& Text, const void* Default, UObject* Parent, int32 PortFlags, UObject* Root)
 		{
 			const T& Defaults = Default ? *(const T*)Default : *(const T*)Value;
 			return ((const T*)Value)->ExportTextItem(Text, Defaults, Parent, PortFlags, Root);

@@ -4,7 +4,9 @@
 #include "UObject/Object.h"
 
 /** What classes, structs, functions and enumerations have in common. Game thread. */
-class UField : public UObject, public FMetaDataOwner
+class UField
+	: public UObject
+	, public FMetaDataOwner
 {
 	DECLARE_REFLECTED_CLASS(UField, UObject)
 

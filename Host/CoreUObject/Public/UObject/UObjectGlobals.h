@@ -10,9 +10,9 @@ extern bool GIsSavingPackage;
 
 /**
  * Makes an object.
- * @param Outer null for the transient package. @param Class not abstract. @param Name None makes a unique name. An object
- * that has the name in this outer already is renamed and marked as garbage. @param Template gives the starting values;
- * null for the class's defaults.
+ * @param Outer null for the transient package. @param Class not abstract. @param Name None makes a unique name. An
+ * object that has the name in this outer already is renamed and marked as garbage. @param Template gives the starting
+ * values; null for the class's defaults.
  */
 UObject* StaticConstructObject(UObject* Outer, const UClass* Class, FName Name = NAME_None,
 	EObjectFlags Flags = RF_NoFlags, UObject* Template = nullptr);
@@ -23,8 +23,7 @@ T* NewObject(UObject* Outer = nullptr)
 	return (T*)StaticConstructObject(Outer, T::StaticClass());
 }
 template <typename T>
-T* NewObject(
-	UObject* Outer, FName Name, EObjectFlags Flags = RF_NoFlags, UObject* Template = nullptr)
+T* NewObject(UObject* Outer, FName Name, EObjectFlags Flags = RF_NoFlags, UObject* Template = nullptr)
 {
 	return (T*)StaticConstructObject(Outer, T::StaticClass(), Name, Flags, Template);
 }
@@ -53,8 +52,8 @@ UPackage* FindPackage(UObject* Outer, const TCHAR* PackageName);
 FName MakeUniqueObjectName(UObject* Outer, const UClass* Class, FName BaseName = NAME_None);
 
 /**
- * Finds an object in memory by its path (`/Script/Engine.Actor`), or by a name relative to Outer. Without an outer, a name
- * without a path is that of a package.
+ * Finds an object in memory by its path (`/Script/Engine.Actor`), or by a name relative to Outer. Without an outer, a
+ * name without a path is that of a package.
  * @param Class null accepts all. @param bExactClass children of Class don't count. @return null without it.
  */
 UObject* StaticFindObject(const UClass* Class, UObject* Outer, const TCHAR* Name, bool bExactClass = false);
@@ -72,8 +71,8 @@ enum class EFindFirstObjectOptions : int32
 ENUM_CLASS_FLAGS(EFindFirstObjectOptions)
 
 /** Finds an object by name in any outer; of several, the first made. A path works too. */
-UObject* StaticFindFirstObject(const UClass* Class, const TCHAR* Name,
-	EFindFirstObjectOptions Options = EFindFirstObjectOptions::None);
+UObject* StaticFindFirstObject(
+	const UClass* Class, const TCHAR* Name, EFindFirstObjectOptions Options = EFindFirstObjectOptions::None);
 
 template <typename T>
 T* FindObject(UObject* Outer, const TCHAR* Name, bool bExactClass = false)
@@ -105,11 +104,11 @@ void AddObjectLoader(FName Owner, FObjectLoader Loader);
 void RemoveObjectLoader(FName Owner);
 
 /** Finds an object, or loads it. @return null, without a message, if nothing of the class has this path. */
-UObject* StaticLoadObject(const UClass* Class, UObject* Outer, const TCHAR* Name, const TCHAR* Filename = nullptr,
-	uint32 LoadFlags = 0);
+UObject* StaticLoadObject(
+	const UClass* Class, UObject* Outer, const TCHAR* Name, const TCHAR* Filename = nullptr, uint32 LoadFlags = 0);
 /** A class by path; `/Game/Thing.Thing_C` is loaded with its package. */
-UClass* StaticLoadClass(const UClass* BaseClass, UObject* Outer, const TCHAR* Name, const TCHAR* Filename = nullptr,
-	uint32 LoadFlags = 0);
+UClass* StaticLoadClass(
+	const UClass* BaseClass, UObject* Outer, const TCHAR* Name, const TCHAR* Filename = nullptr, uint32 LoadFlags = 0);
 template <typename T>
 T* LoadObject(UObject* Outer, const TCHAR* Name, const TCHAR* Filename = nullptr, uint32 LoadFlags = 0)
 {
@@ -122,8 +121,8 @@ UClass* LoadClass(UObject* Outer, const TCHAR* Name, const TCHAR* Filename = nul
 }
 
 /**
- * Frees every object that nothing holds: what isn't rooted, has none of KeepFlags and isn't reachable from such an object,
- * from a native class or from a strong reference. Objects marked as garbage go in any case, unless rooted.
+ * Frees every object that nothing holds: what isn't rooted, has none of KeepFlags and isn't reachable from such an
+ * object, from a native class or from a strong reference. Objects marked as garbage go in any case, unless rooted.
  */
 void CollectGarbage(EObjectFlags KeepFlags, bool bPerformFullPurge = true);
 
@@ -131,7 +130,7 @@ void CollectGarbage(EObjectFlags KeepFlags, bool bPerformFullPurge = true);
 void ProcessNewlyLoadedUObjects();
 
 /**
- * Frees every object, class and field at the end of the process. No object is used afterwards; classes asked for again are
- * built anew.
+ * Frees every object, class and field at the end of the process. No object is used afterwards; classes asked for again
+ * are built anew.
  */
 void ShutdownUObjects();

@@ -2,7 +2,8 @@
 
 #include "UObject/UObjectHash.h"
 
-/** Walks the objects of a class that live when the walk begins. Objects freed meanwhile must not be reached. Game thread. */
+/** Walks the objects of a class that live when the walk begins. Objects freed meanwhile must not be reached. Game
+ * thread. */
 template <typename T>
 class TObjectIterator
 {

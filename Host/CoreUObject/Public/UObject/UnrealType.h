@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Templates/SubclassOf.h"
 #include "UObject/ContainerProperties.h"
 #include "UObject/DelegateProperties.h"
 #include "UObject/EnumProperty.h"

@@ -49,8 +49,7 @@ struct TWeakObjectPtr : FWeakObjectPtr
 	{
 	}
 	template <typename OtherType>
-		requires std::is_convertible_v<OtherType*, T*>
-	TWeakObjectPtr(const TWeakObjectPtr<OtherType>& Other)
+	requires std::is_convertible_v<OtherType*, T*> TWeakObjectPtr(const TWeakObjectPtr<OtherType>& Other)
 		: FWeakObjectPtr(Other)
 	{
 	}

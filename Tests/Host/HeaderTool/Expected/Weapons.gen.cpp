@@ -336,7 +336,7 @@ struct Z_UWeapon_Statics
 		.ParmsAlignment = alignof(FParms_CanFire),
 		},
 	};
-	static constexpr Reflection::FInterfaceTable Interfaces[] = {
+	static inline const Reflection::FInterfaceTable Interfaces[] = {
 		Reflection::InterfaceOf<UWeapon, IDamageSource>(),
 	};
 	static constexpr Reflection::FMetaDataTable MetaData[] = {
@@ -446,7 +446,7 @@ UClass* UDamageable::StaticClass()
 
 struct Z_UBarrel_Statics
 {
-	static constexpr Reflection::FInterfaceTable Interfaces[] = {
+	static inline const Reflection::FInterfaceTable Interfaces[] = {
 		Reflection::InterfaceOf<UBarrel, IDamageable>(),
 	};
 	static void Construct(const FObjectInitializer& Initializer)
