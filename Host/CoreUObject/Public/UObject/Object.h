@@ -111,8 +111,6 @@ class UObject : public UObjectBaseUtility
 	bool TryUpdateDefaultConfigFile(const FString& SpecificFileLocation = FString(), bool bWarnIfFail = true);
 	/** The project's `Config/Default<Name>.ini` of the class. */
 	FString GetDefaultConfigFilename() const;
-	FString GetGlobalUserConfigFilename() const;
-	virtual const TCHAR* GetConfigOverridePlatform() const { return nullptr; }
 	virtual void OverridePerObjectConfigSection(FString& SectionName);
 };
 
