@@ -32,7 +32,7 @@ class GoldenTest(unittest.TestCase):
 
     def test_generated_code_is_the_reviewed_code(self):
         for name, text in generate().items():
-            with self.subTest(name), open(os.path.join(HERE, "Expected", name), encoding="utf-8") as file:
+            with self.subTest(name), open(os.path.join(HERE, "Expected", name + ".txt"), encoding="utf-8") as file:
                 self.assertMultiLineEqual(file.read(), text)
 
     def test_a_second_run_leaves_the_files_alone(self):
@@ -58,6 +58,6 @@ if __name__ == "__main__":
     if "--rewrite" in sys.argv:
         os.makedirs(os.path.join(HERE, "Expected"), exist_ok=True)
         for file_name, contents in generate().items():
-            HeaderTool.write_if_changed(os.path.join(HERE, "Expected", file_name), contents)
+            HeaderTool.write_if_changed(os.path.join(HERE, "Expected", file_name + ".txt"), contents)
     else:
         unittest.main()

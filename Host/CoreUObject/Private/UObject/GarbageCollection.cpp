@@ -12,7 +12,8 @@ namespace
 {
 TSet<FGCObject*>& Referencers()
 {
-	static TSet<FGCObject*> List;
+	// Never freed: a static of another file may unregister at the very end.
+	static TSet<FGCObject*>& List = *new TSet<FGCObject*>();
 	return List;
 }
 

@@ -2,7 +2,8 @@
 
 FObjectTable& FObjectTable::Get()
 {
-	static FObjectTable Table;
+	// Never freed: statics of other files may hold objects until the very end.
+	static FObjectTable& Table = *new FObjectTable();
 	return Table;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "UObject/Interface.h"
 #include "Interfaces.generated.h"
+#include "UObject/Interface.h"
 
 UINTERFACE(MinimalAPI)
 class UDamageable : public UInterface
@@ -19,7 +19,9 @@ public:
 };
 
 UCLASS()
-class UBarrel : public UObject, public IDamageable
+class UBarrel
+	: public UObject
+	, public IDamageable
 {
 	GENERATED_UCLASS_BODY()
 

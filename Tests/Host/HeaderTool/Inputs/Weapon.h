@@ -57,8 +57,11 @@ struct WEAPONS_API FAmmunition : public FTableRowBase
  *
  * Second paragraph with a "quote" and ünïcode.
  */
-UCLASS(Abstract, Blueprintable, Config = Game, DefaultConfig, meta = (DisplayName = "Gun"), HideCategories = (Tags, "My Things"))
-class WEAPONS_API UWeapon : public UObject, public IDamageSource
+UCLASS(Abstract, Blueprintable, Config = Game, DefaultConfig, meta = (DisplayName = "Gun"),
+	HideCategories = (Tags, "My Things"))
+class WEAPONS_API UWeapon
+	: public UObject
+	, public IDamageSource
 {
 	GENERATED_BODY()
 
@@ -68,11 +71,13 @@ public:
 
 	/** Fires once. */
 	UFUNCTION(BlueprintCallable, Category = "Weapon")
-	bool Fire(ACharacter* Shooter, const FVector& Direction, UPARAM(ref) FHitResult& Trace, FHitResult& Hit, float Spread = 1.5f,
-		EFireMode Mode = EFireMode::Burst, const FString& Sound = TEXT("bang, \"loud\""), FName Tag = NAME_None);
+	bool Fire(ACharacter* Shooter, const FVector& Direction, UPARAM(ref) FHitResult& Trace, FHitResult& Hit,
+		float Spread = 1.5f, EFireMode Mode = EFireMode::Burst, const FString& Sound = TEXT("bang, \"loud\""),
+		FName Tag = NAME_None);
 
 	UFUNCTION(BlueprintPure, Category = "Weapon")
-	static TArray<TSubclassOf<UWeapon>> GetKnownWeapons(const UObject* WorldContext, FVector Place = FVector(1, 2.5f, -3));
+	static TArray<TSubclassOf<UWeapon>> GetKnownWeapons(
+		const UObject* WorldContext, FVector Place = FVector(1, 2.5f, -3));
 
 	UFUNCTION(BlueprintCallable)
 	int32 GetRounds() const { return Magazine.Rounds; }
