@@ -1,7 +1,8 @@
 #pragma once
 
-#include "Interfaces.generated.h"
 #include "UObject/Interface.h"
+
+#include "Interfaces.generated.h"
 
 UINTERFACE(MinimalAPI)
 class UDamageable : public UInterface

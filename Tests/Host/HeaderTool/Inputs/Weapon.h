@@ -2,6 +2,7 @@
 
 #include "CoreMinimal.h"
 #include "UObject/Object.h"
+
 #include "Weapon.generated.h"
 
 class ACharacter;
