@@ -3,10 +3,10 @@
 #include "PosixFile.h"
 
 /**
- * Replaces a file as one step: what is written goes to a new file beside it, which takes its place in `Commit`. Until then,
- * and after any failure, the old file stands as it was, and the new one vanishes with this object. A symbolic link stays
- * and its target is replaced; the mode of the old file is kept, and its owner where that is allowed. What isn't a regular file,
- * such as a device, is written to directly, and never waited for.
+ * Replaces a file as one step: what is written goes to a new file beside it, which takes its place in `Commit`. Until
+ * then, and after any failure, the old file stands as it was, and the new one vanishes with this object. A symbolic
+ * link stays and its target is replaced; the mode of the old file is kept, and its owner where that is allowed. What
+ * isn't a regular file, such as a device, is written to directly, and never waited for.
  */
 class FAtomicFile : private FNoncopyable
 {

@@ -48,8 +48,7 @@ IFileHandle* IPlatformFile::OpenRead(const TCHAR* Filename, bool bAllowWrite)
 {
 	struct stat Status = {};
 	FDescriptor Descriptor = PosixFile::Open(*FNativePath(Filename), (bAllowWrite ? O_RDWR : O_RDONLY) | O_NONBLOCK);
-	const bool bFile =
-		Descriptor.IsValid() && ::fstat(Descriptor.Get(), &Status) == 0 && !S_ISDIR(Status.st_mode);
+	const bool bFile = Descriptor.IsValid() && ::fstat(Descriptor.Get(), &Status) == 0 && !S_ISDIR(Status.st_mode);
 	return bFile ? new FPosixFileHandle(MoveTemp(Descriptor)) : nullptr;
 }
 

@@ -89,8 +89,8 @@ public:
 	bool IterateDirectory(const TCHAR* Directory, FDirectoryVisitorFunc Visitor);
 
 	/**
-	 * As `IterateDirectory`, with the content of each directory after it. A linked directory is entered at most once, and
-	 * not from within.
+	 * As `IterateDirectory`, with the content of each directory after it. A linked directory is entered at most once,
+	 * and not from within.
 	 */
 	bool IterateDirectoryRecursively(const TCHAR* Directory, FDirectoryVisitor& Visitor);
 	bool IterateDirectoryRecursively(const TCHAR* Directory, FDirectoryVisitorFunc Visitor);

@@ -63,15 +63,16 @@ public:
 	bool DeleteDirectory(const TCHAR* Path, bool bRequireExists = false, bool bTree = false);
 
 	/**
-	 * Names, without their directory, in the file system's order. @param Filename a directory and a pattern with `*` and
+	 * Names, without their directory, in the file system's order. @param Filename a directory and a pattern with `*`
+	 * and
 	 * `?` that ignores case; `*.*` and an empty pattern take everything.
 	 */
 	void FindFiles(TArray<FString>& FileNames, const TCHAR* Filename, bool bFiles, bool bDirectories);
 	/** Names of files in a directory. @param FileExtension with or without its dot or `*.`; null takes every file. */
 	void FindFiles(TArray<FString>& FoundFiles, const TCHAR* Directory, const TCHAR* FileExtension = nullptr);
 	/**
-	 * Paths that begin with StartDirectory: in each directory first what matches, then its directories one by one. In the
-	 * file system's order. A directory behind a symbolic link is entered at most once, and not from within.
+	 * Paths that begin with StartDirectory: in each directory first what matches, then its directories one by one. In
+	 * the file system's order. A directory behind a symbolic link is entered at most once, and not from within.
 	 */
 	void FindFilesRecursive(TArray<FString>& FileNames, const TCHAR* StartDirectory, const TCHAR* Filename, bool bFiles,
 		bool bDirectories, bool bClearFileNames = true);

@@ -3,6 +3,7 @@
 #include "Containers/Array.h"
 #include "Containers/UnrealString.h"
 #include "HAL/PlatformProcess.h"
+#include "Templates/Function.h"
 
 /** Starts `/bin/sh -c Script`, quoted. The pipe ends may be null. */
 FProcHandle StartShell(const FString& Script, void* Output = nullptr, void* Input = nullptr,
