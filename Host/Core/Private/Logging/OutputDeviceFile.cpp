@@ -5,6 +5,7 @@
 #include "Misc/DateTime.h"
 #include "Misc/Paths.h"
 
+#include <atomic>
 #include <fcntl.h>
 #include <sys/file.h>
 
@@ -79,7 +80,10 @@ bool FOutputDeviceFile::Open(const FString& Path)
 
 void FOutputDeviceFile::BackUp(const FString& Path)
 {
-	const FString Time = FDateTime::UtcNow().ToString(TEXT("%Y.%m.%d-%H.%M.%S.%s"));
+	// The number keeps backups of the same instant apart, and in the order of their age.
+	static std::atomic<int32> Number{0};
+	const FString Time =
+		FDateTime::UtcNow().ToString(TEXT("%Y.%m.%d-%H.%M.%S.%s")) + FString::Printf(TEXT(".%06d"), ++Number);
 	if (PosixFile::Rename(*FNativePath(*Path), *FNativePath(*WithSuffix(Path, TEXT("-backup-") + Time))))
 	{
 		DeleteOldBackups(Path);

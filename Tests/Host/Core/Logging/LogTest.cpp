@@ -232,3 +232,14 @@ TEST_F(LogFile, KeepsLinesWholeWhenManyThreadsLog)
 		ASSERT_TRUE(Line.EndsWith(TEXT("LogUnderTest: ") + FString::ChrN(100, u'y')));
 	}
 }
+
+TEST_F(LogFile, BackupsOfTheSameInstantAreAllKeptUpToTheirNumber)
+{
+	for (int32 Run = 0; Run < 8; ++Run)
+	{
+		FOutputDeviceFile File(*Path);
+		File.Logf(TEXT("run %d"), Run);
+	}
+	EXPECT_EQ(Backups().Num(), 5);
+	EXPECT_TRUE(FString(Project.Read("Saved/Logs/Game.log").c_str()).Contains(TEXT("run 7")));
+}
