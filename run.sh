@@ -9,5 +9,5 @@ if [[ -x "$Program" ]]; then
 	exec "$Program" "$@"
 fi
 say "There is no program to start yet. These are the core's figures beside its peers', for a few seconds:"
-"$Root/Build/release/Benchmarks/Benchmarks" --benchmark_min_time=0.05 --benchmark_filter='Utf|Find|Map'
+"$Root/Build/release/Benchmarks/Benchmarks" --benchmark_min_time=0.05 --benchmark_filter='Text|Map'
 say "./test.sh runs every test; CONTRIBUTING.md tells how to run all benchmarks."
