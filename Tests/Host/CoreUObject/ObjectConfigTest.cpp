@@ -1,56 +1,49 @@
 #include "Host/CoreUObject/Fixtures/TestSettings.h"
-#include "UObject/ObjectConfigStore.h"
+#include "Misc/ConfigCacheIni.h"
+#include "Misc/FileHelper.h"
+#include "Support/TempProject.h"
 #include "UObject/UObjectGlobals.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-/** Keeps the values in memory, under `File|Section|Key`. */
-class FMemoryStore : public IObjectConfigStore
+/** A project of its own with a config that reads its files. */
+class FConfigProject
 {
 public:
-	FMemoryStore() { IObjectConfigStore::Set(this); }
-	~FMemoryStore() override
+	FConfigProject() { GConfig = &Config; }
+	~FConfigProject()
 	{
 		ShutdownUObjects();
-		IObjectConfigStore::Set(nullptr);
+		GConfig = nullptr;
 	}
 
-	FString GetFile(const FString& ConfigName) const override { return ConfigName; }
-	FString GetDefaultFile(const FString& ConfigName) const override { return TEXT("Default") + ConfigName; }
-	bool GetValues(
-		const FString& File, const FString& Section, const FString& Key, TArray<FString>& OutValues) const override
+	void Write(const std::string& File, const FString& Text) const
 	{
-		const TArray<FString>* Found = Values.Find(File + TEXT("|") + Section + TEXT("|") + Key);
-		OutValues = Found ? *Found : TArray<FString>();
-		return Found != nullptr;
+		EXPECT_TRUE(FFileHelper::SaveStringToFile(Text, *Project.Path(File)));
 	}
-	void SetValues(
-		const FString& File, const FString& Section, const FString& Key, const TArray<FString>& InValues) override
+	FString Read(const std::string& File) const
 	{
-		Values.Add(File + TEXT("|") + Section + TEXT("|") + Key, InValues);
-	}
-	bool Flush(const FString& File) override
-	{
-		Flushed.Add(File);
-		return true;
+		FString Text;
+		EXPECT_TRUE(FFileHelper::LoadFileToString(Text, *Project.Path(File)));
+		return Text;
 	}
 
-	TMap<FString, TArray<FString>> Values;
-	TArray<FString> Flushed;
+private:
+	FTempProject Project;
+	FConfigCacheIni Config;
 };
 
 const FString Section = TEXT("/Script/ReflectionTests.TestSettings");
 
 TEST(ObjectConfig, DefaultsHoldTheConfigBeforeTheirLastHookAndNewObjectsTakeIt)
 {
-	FMemoryStore Store;
-	Store.SetValues(TEXT("Game"), Section, TEXT("Count"), {TEXT("12")});
-	Store.SetValues(TEXT("Game"), Section, TEXT("Names"), {TEXT("a,b"), TEXT("c")});
-	Store.SetValues(TEXT("Game"), Section, TEXT("Meals"), {TEXT("(Food=\"hay\",Unknown=1)"), TEXT("(Amount=4)")});
-	Store.SetValues(TEXT("Game"), Section, TEXT("Mood"), {TEXT("Nonsense")});
-	Store.SetValues(TEXT("Game"), Section, TEXT("NotSaved"), {TEXT("9")});
+	FConfigProject Project;
+	Project.Write("Config/DefaultGame.ini",
+		TEXT("[/Script/ReflectionTests.TestSettings]\nCount=12\n+Names=a,b\n+Names=c\n")
+			TEXT("+Meals=(Food=\"hay\",Unknown=1)\n+Meals=(Amount=4)\nMood=Nonsense\nNotSaved=9\n"));
+	Project.Write("Saved/Config/Game.ini", TEXT("[/Script/ReflectionTests.TestSettings]\nText=mine\n"));
 	const UTestSettings* Settings = GetDefault<UTestSettings>();
 	EXPECT_EQ(Settings->CountAtInit, 12);
 	ASSERT_EQ(Settings->Names.Num(), 2);
@@ -60,12 +53,13 @@ TEST(ObjectConfig, DefaultsHoldTheConfigBeforeTheirLastHookAndNewObjectsTakeIt)
 	EXPECT_EQ(Settings->Meals[1].Amount, 4);
 	EXPECT_EQ(Settings->Mood, EMood::Calm) << "a value that can't be read leaves the default";
 	EXPECT_EQ(Settings->NotSaved, 1) << "a property without Config is none of the config's business";
+	EXPECT_EQ(Settings->Text, TEXT("mine")) << "the user's own file goes before the project's";
 	EXPECT_EQ(NewObject<UTestSettings>()->Count, 12);
 }
 
 TEST(ObjectConfig, SavedSettingsReadBackTheSame)
 {
-	FMemoryStore Store;
+	FConfigProject Project;
 	UTestSettings* Settings = GetMutableDefault<UTestSettings>();
 	Settings->Count = 5;
 	Settings->Text = TEXT("line\nbreak");
@@ -73,13 +67,13 @@ TEST(ObjectConfig, SavedSettingsReadBackTheSame)
 	Settings->Meals.SetNum(2);
 	Settings->Meals[1].Tags = {TEXT("x")};
 	Settings->SaveConfig(CPF_Config, *Settings->GetDefaultConfigFilename());
-	EXPECT_TRUE(Store.Flushed.Contains(TEXT("DefaultGame")));
-	EXPECT_FALSE(Store.Values.Contains(TEXT("DefaultGame|") + Section + TEXT("|NotSaved")));
+	EXPECT_FALSE(Project.Read("Config/DefaultGame.ini").Contains(TEXT("NotSaved")));
+	GConfig->UnloadFile(Settings->GetDefaultConfigFilename());
 	UTestSettings* Fresh = NewObject<UTestSettings>();
 	Fresh->Count = 0;
 	Fresh->Names.Empty();
 	Fresh->Meals.Empty();
-	Fresh->LoadConfig(nullptr, TEXT("DefaultGame"));
+	Fresh->LoadConfig(nullptr, *Settings->GetDefaultConfigFilename());
 	EXPECT_EQ(Fresh->Count, 5);
 	EXPECT_EQ(Fresh->Text, TEXT("line\nbreak"));
 	EXPECT_EQ(Fresh->Names, Settings->Names);
@@ -89,12 +83,13 @@ TEST(ObjectConfig, SavedSettingsReadBackTheSame)
 
 TEST(ObjectConfig, OnePropertyIsUpdatedAloneAndTheOthersStayOut)
 {
-	FMemoryStore Store;
+	FConfigProject Project;
 	UTestSettings* Settings = GetMutableDefault<UTestSettings>();
 	Settings->Count = 8;
 	Settings->UpdateSinglePropertyInConfigFile(
 		Settings->GetClass()->FindPropertyByName(TEXT("Count")), Settings->GetDefaultConfigFilename());
-	EXPECT_EQ(Store.Values.Num(), 1);
-	EXPECT_EQ(Store.Values.FindRef(TEXT("DefaultGame|") + Section + TEXT("|Count")), TArray<FString>{TEXT("8")});
+	const FString Text = Project.Read("Config/DefaultGame.ini");
+	EXPECT_TRUE(Text.Contains(Section) && Text.Contains(TEXT("Count=8"))) << TCHAR_TO_UTF8(*Text);
+	EXPECT_FALSE(Text.Contains(TEXT("Names")) || Text.Contains(TEXT("Mood"))) << TCHAR_TO_UTF8(*Text);
 }
 } // namespace

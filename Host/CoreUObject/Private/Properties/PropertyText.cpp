@@ -1,9 +1,7 @@
 #include "PropertyText.h"
 
-#if __has_include("Logging/LogMacros.h")
 #include "Misc/OutputDevice.h"
 #include "UObject/CoreUObjectLog.h"
-#endif
 
 #include <charconv>
 
@@ -255,16 +253,11 @@ const TCHAR* ReadInteger(const TCHAR* Text, FWideInteger& Out)
 
 void Report(FOutputDevice* Device, const FString& Message)
 {
-#if __has_include("Logging/LogMacros.h")
 	if (Device)
 	{
 		Device->Log(*Message);
 		return;
 	}
 	UE_LOG(LogProperty, Warning, TEXT("%s"), *Message);
-#else
-	(void)Device;
-	(void)Message;
-#endif
 }
 } // namespace PropertyText

@@ -1,16 +1,35 @@
-#include "UObject/ObjectConfigStore.h"
+#include "Misc/ConfigCacheIni.h"
+#include "Misc/OutputDevice.h"
+#include "Misc/Paths.h"
 #include "UObject/UnrealType.h"
 
 namespace
 {
-IObjectConfigStore* CurrentStore = nullptr;
-
 /** One property's place in the config. */
 struct FConfigPlace
 {
-	FString File;
+	FConfigCacheIni& Config;
+	/** Later files go before earlier ones when reading; the last is written. */
+	TArray<FString> Files;
 	FString Section;
 };
+
+/** Takes the reports of an attempt that may fail. */
+class FSilence : public FOutputDevice
+{
+public:
+	void Serialize(const TCHAR*, ELogVerbosity::Type, const FName&) override {}
+};
+
+FString DefaultFile(const UClass* Class)
+{
+	return FPaths::ProjectConfigDir() + TEXT("Default") + Class->GetConfigName() + TEXT(".ini");
+}
+
+FString SavedFile(const UClass* Class)
+{
+	return FPaths::ProjectSavedDir() + TEXT("Config/") + Class->GetConfigName() + TEXT(".ini");
+}
 
 /** The class that a property's section is named after: its own for global config, else the object's. */
 const UClass* SectionClass(const FProperty* Property, const UClass* ObjectClass)
@@ -18,11 +37,12 @@ const UClass* SectionClass(const FProperty* Property, const UClass* ObjectClass)
 	return Property->HasAnyPropertyFlags(CPF_GlobalConfig) ? Property->GetOwnerClass() : ObjectClass;
 }
 
-FConfigPlace PlaceOf(UObject* Object, const FProperty* Property, const UClass* Class, const TCHAR* Filename)
+FConfigPlace PlaceOf(
+	FConfigCacheIni& Config, UObject* Object, const FProperty* Property, const UClass* Class, const TCHAR* Filename)
 {
 	const UClass* Owner = SectionClass(Property, Class);
-	FConfigPlace Place{
-		Filename ? FString(Filename) : CurrentStore->GetFile(Owner->GetConfigName()), Owner->GetConfigSection()};
+	FConfigPlace Place{Config, {}, Owner->GetConfigSection()};
+	Place.Files = Filename ? TArray<FString>{Filename} : TArray<FString>{DefaultFile(Owner), SavedFile(Owner)};
 	if (Owner->HasAnyClassFlags(CLASS_PerObjectConfig) && !Object->HasAnyFlags(RF_ClassDefaultObject))
 	{
 		Place.Section = Object->GetPathName();
@@ -36,15 +56,16 @@ FString KeyOf(const FProperty* Property, int32 Index)
 	return Property->ArrayDim > 1 ? FString::Printf(TEXT("%s[%d]"), *Property->GetName(), Index) : Property->GetName();
 }
 
-/** Reads a whole array, a line an element. @return false, with no change, if an element can't be read. */
-bool ReadArray(const FArrayProperty* Property, void* Data, const TArray<FString>& Lines, UObject* Object)
+/** Reads an array, a line an element. @return false, with no change, if an element can't be read. */
+bool ReadLines(
+	const FArrayProperty* Property, void* Data, const TArray<FString>& Lines, UObject* Object, FOutputDevice* Error)
 {
 	FScriptArrayHelper Helper(Property, Data);
 	const int32 OldNum = Helper.Num();
 	for (const FString& Line : Lines)
 	{
 		const int32 Index = Helper.AddValue();
-		if (!Property->Inner->ImportText_Direct(*Line, Helper.GetRawPtr(Index), Object, PPF_None))
+		if (!Property->Inner->ImportText_Direct(*Line, Helper.GetRawPtr(Index), Object, PPF_None, Error))
 		{
 			Helper.Resize(OldNum);
 			return false;
@@ -54,24 +75,39 @@ bool ReadArray(const FArrayProperty* Property, void* Data, const TArray<FString>
 	return true;
 }
 
+/** Reads an array that stands in lines, or as one list `(a,b,c)`. */
+void ReadArray(const FArrayProperty* Property, void* Data, const TArray<FString>& Lines, UObject* Object)
+{
+	FSilence Silence;
+	const bool bMayBeList = Lines.Num() == 1 && Lines[0].StartsWith(TEXT("("));
+	if (!ReadLines(Property, Data, Lines, Object, bMayBeList ? &Silence : nullptr) && bMayBeList)
+	{
+		Property->ImportText_Direct(*Lines[0], Data, Object, PPF_None);
+	}
+}
+
+TArray<FString> FindLines(const FConfigPlace& Place, const FString& Key)
+{
+	TArray<FString> Lines;
+	for (int32 Index = Place.Files.Num() - 1; Lines.IsEmpty() && Index >= 0; --Index)
+	{
+		Place.Config.GetArray(*Place.Section, *Key, Lines, Place.Files[Index]);
+	}
+	return Lines;
+}
+
 void LoadProperty(UObject* Object, const FProperty* Property, const FConfigPlace& Place)
 {
 	for (int32 Index = 0; Index < Property->ArrayDim; ++Index)
 	{
-		TArray<FString> Lines;
-		if (!CurrentStore->GetValues(Place.File, Place.Section, KeyOf(Property, Index), Lines) || Lines.IsEmpty())
-		{
-			continue;
-		}
+		const TArray<FString> Lines = FindLines(Place, KeyOf(Property, Index));
 		void* Data = Property->ContainerPtrToValuePtr<void>(Object, Index);
 		const FArrayProperty* Array = CastField<FArrayProperty>(Property);
-		const bool bIsList =
-			Array && !(Lines.Num() == 1 && Property->ImportText_Direct(*Lines[0], Data, Object, PPF_None));
-		if (bIsList)
+		if (Array && !Lines.IsEmpty())
 		{
 			ReadArray(Array, Data, Lines, Object);
 		}
-		else if (!Array)
+		else if (!Lines.IsEmpty())
 		{
 			Property->ImportText_Direct(*Lines.Last(), Data, Object, PPF_None);
 		}
@@ -97,20 +133,10 @@ void SaveProperty(UObject* Object, const FProperty* Property, const FConfigPlace
 		{
 			Property->ExportTextItem_Direct(Lines.AddDefaulted_GetRef(), Data, nullptr, Object, PPF_None);
 		}
-		CurrentStore->SetValues(Place.File, Place.Section, KeyOf(Property, Index), Lines);
+		Place.Config.SetArray(*Place.Section, *KeyOf(Property, Index), Lines, Place.Files.Last());
 	}
 }
 } // namespace
-
-IObjectConfigStore* IObjectConfigStore::Get()
-{
-	return CurrentStore;
-}
-
-void IObjectConfigStore::Set(IObjectConfigStore* Store)
-{
-	CurrentStore = Store;
-}
 
 FString UClass::GetConfigName() const
 {
@@ -121,16 +147,12 @@ void UObject::OverridePerObjectConfigSection(FString&) {}
 
 void UObject::LoadConfig(UClass* ConfigClass, const TCHAR* Filename, uint32, FProperty* PropertyToLoad)
 {
-	if (!CurrentStore)
-	{
-		return;
-	}
 	const UClass* Class = ConfigClass ? ConfigClass : GetClass();
-	for (const FProperty* Each = Class->PropertyLink; Each; Each = Each->PropertyLinkNext)
+	for (const FProperty* Each = GConfig ? Class->PropertyLink : nullptr; Each; Each = Each->PropertyLinkNext)
 	{
 		if (Each->HasAnyPropertyFlags(CPF_Config) && (!PropertyToLoad || PropertyToLoad == Each))
 		{
-			LoadProperty(this, Each, PlaceOf(this, Each, Class, Filename));
+			LoadProperty(this, Each, PlaceOf(*GConfig, this, Each, Class, Filename));
 		}
 	}
 }
@@ -142,9 +164,10 @@ void UObject::ReloadConfig(
 	PostReloadConfig(PropertyToLoad);
 }
 
-void UObject::SaveConfig(uint64 Flags, const TCHAR* Filename, FConfigCacheIni*, bool bAllowCopyToDefaultObject)
+void UObject::SaveConfig(uint64 Flags, const TCHAR* Filename, FConfigCacheIni* Config, bool bAllowCopyToDefaultObject)
 {
-	if (!CurrentStore || !GetClass()->HasAnyClassFlags(CLASS_Config))
+	FConfigCacheIni* Target = Config ? Config : GConfig;
+	if (!Target || !GetClass()->HasAnyClassFlags(CLASS_Config))
 	{
 		return;
 	}
@@ -154,40 +177,41 @@ void UObject::SaveConfig(uint64 Flags, const TCHAR* Filename, FConfigCacheIni*, 
 	{
 		if (Each->HasAnyPropertyFlags(CPF_Config) && Each->HasAnyPropertyFlags(Flags))
 		{
-			const FConfigPlace Place = PlaceOf(this, Each, GetClass(), Filename);
+			const FConfigPlace Place = PlaceOf(*Target, this, Each, GetClass(), Filename);
 			SaveProperty(this, Each, Place);
-			Files.Add(Place.File);
+			Files.Add(Place.Files.Last());
 			Each->CopyCompleteValue_InContainer(Defaults, this);
 		}
 	}
 	for (const FString& File : Files)
 	{
-		CurrentStore->Flush(File);
+		// A file that can't be written is logged by the config, and its changes wait there for the next call.
+		(void)Target->Flush(false, File);
 	}
 }
 
 void UObject::UpdateSinglePropertyInConfigFile(const FProperty* InProperty, const FString& InConfigIniName)
 {
 	check(InProperty && InProperty->HasAnyPropertyFlags(CPF_Config));
-	if (CurrentStore)
+	if (GConfig)
 	{
-		SaveProperty(this, InProperty, PlaceOf(this, InProperty, GetClass(), *InConfigIniName));
-		CurrentStore->Flush(InConfigIniName);
+		SaveProperty(this, InProperty, PlaceOf(*GConfig, this, InProperty, GetClass(), *InConfigIniName));
+		(void)GConfig->Flush(false, InConfigIniName);
 	}
 }
 
 bool UObject::TryUpdateDefaultConfigFile(const FString& SpecificFileLocation, bool)
 {
-	if (!CurrentStore)
+	if (!GConfig)
 	{
 		return false;
 	}
 	const FString File = SpecificFileLocation.IsEmpty() ? GetDefaultConfigFilename() : SpecificFileLocation;
 	SaveConfig(CPF_Config, *File);
-	return CurrentStore->Flush(File);
+	return GConfig->Flush(false, File);
 }
 
 FString UObject::GetDefaultConfigFilename() const
 {
-	return CurrentStore ? CurrentStore->GetDefaultFile(GetClass()->GetConfigName()) : FString();
+	return DefaultFile(GetClass());
 }
