@@ -9,9 +9,8 @@ UENUM(BlueprintType)
 enum class ECVXProviderType : uint8
 {
 	Anthropic = 0 UMETA(DisplayName = "Anthropic  (Claude API)"),
-	OpenAICompat = 1 UMETA(
-		DisplayName =
-			"OpenAI-Compatible  (OpenAI u00b7 OpenRouter u00b7 Ollama u00b7 LM Studio u00b7 Mistral u00b7 Groq u00b7 xAI u00b7 u2026)"),
+	OpenAICompat = 1 UMETA(DisplayName = "OpenAI-Compatible  (OpenAI u00b7 OpenRouter u00b7 Ollama u00b7 LM Studio "
+										 "u00b7 Mistral u00b7 Groq u00b7 xAI u00b7 u2026)"),
 	Gemini = 2 UMETA(DisplayName = "Google Gemini"),
 	/** Kept so that old stored files load; treated as OpenAICompat. */
 	OpenRouter = 3 UMETA(Hidden),

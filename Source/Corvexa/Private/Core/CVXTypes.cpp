@@ -68,5 +68,6 @@ FString FCVXTokenCounter::FormatTokenCount(int32 Count)
 	{
 		return FString::Printf(TEXT("%d"), Count);
 	}
-	return Count < 1000000 ? FString::Printf(TEXT("%.1fk"), Count * 0.001) : FString::Printf(TEXT("%.1fM"), Count * 1e-6);
+	return Count < 1000000 ? FString::Printf(TEXT("%.1fk"), Count * 0.001)
+						   : FString::Printf(TEXT("%.1fM"), Count * 1e-6);
 }

@@ -28,9 +28,9 @@ FString FormatToolLine(const FString& Name, const FCVXToolStats& Stats)
 {
 	const int32 CachePercent = FMath::RoundToInt(Stats.CacheHits * 100.0 / Stats.Calls);
 	return FString::Printf(
-		TEXT("  %-24s %d calls, total %.1fs, avg %.2fs, max %.1fs, cache %d%%, errors %d, output avg %s chars\n"), *Name,
-		Stats.Calls, Stats.TotalSeconds, Stats.TotalSeconds / Stats.Calls, Stats.MaxSeconds, CachePercent, Stats.Errors,
-		*FormatAverageChars(Stats.TotalOutputChars / Stats.Calls));
+		TEXT("  %-24s %d calls, total %.1fs, avg %.2fs, max %.1fs, cache %d%%, errors %d, output avg %s chars\n"),
+		*Name, Stats.Calls, Stats.TotalSeconds, Stats.TotalSeconds / Stats.Calls, Stats.MaxSeconds, CachePercent,
+		Stats.Errors, *FormatAverageChars(Stats.TotalOutputChars / Stats.Calls));
 }
 } // namespace
 

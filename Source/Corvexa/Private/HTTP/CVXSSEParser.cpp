@@ -29,7 +29,8 @@ void FCVXSSEParser::FeedChunk(const FString& Chunk, const TFunction<void(const F
 	if (LineBuffer.Len() > MaxLineLength)
 	{
 		UE_LOG(LogCorvexa, Warning,
-			TEXT("SSEParser: LineBuffer exceeded %d chars without newline — force-flushing as data line"), MaxLineLength);
+			TEXT("SSEParser: LineBuffer exceeded %d chars without newline — force-flushing as data line"),
+			MaxLineLength);
 		const FString Line = MoveTemp(LineBuffer);
 		LineBuffer.Reset();
 		ProcessLine(Line, OnEvent);

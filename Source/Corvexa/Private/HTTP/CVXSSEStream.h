@@ -7,11 +7,13 @@
 #include <atomic>
 
 /**
- * Takes the bytes of a streamed response and delivers its server-sent events on the game thread, in order. The HTTP thread
- * writes; text goes over to the game thread in batches, at most one each 16 ms while little arrives. Always owned by a
- * shared pointer, which a batch under way holds too.
+ * Takes the bytes of a streamed response and delivers its server-sent events on the game thread, in order. The HTTP
+ * thread writes; text goes over to the game thread in batches, at most one each 16 ms while little arrives. Always
+ * owned by a shared pointer, which a batch under way holds too.
  */
-class FCVXSSEStream : public FArchive, public TSharedFromThis<FCVXSSEStream>
+class FCVXSSEStream
+	: public FArchive
+	, public TSharedFromThis<FCVXSSEStream>
 {
 public:
 	/** The longest that text stays pending while more arrives, in seconds. */

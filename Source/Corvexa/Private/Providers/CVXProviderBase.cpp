@@ -58,12 +58,14 @@ FString FCVXProviderBase::StreamRequest(const FCVXProviderRequest& Request, cons
 	const FString Handle = FGuid::NewGuid().ToString(EGuidFormats::Digits);
 	const TSharedRef<FRequestState> State = MakeState();
 	State->Callbacks = Callbacks;
-	State->Stream = MakeShared<FCVXSSEStream>([this, Handle, Alive = AliveFlag](const FCVXSSEEvent& Event) {
-		if (*Alive)
+	State->Stream = MakeShared<FCVXSSEStream>(
+		[this, Handle, Alive = AliveFlag](const FCVXSSEEvent& Event)
 		{
-			OnEvent(Handle, Event);
-		}
-	});
+			if (*Alive)
+			{
+				OnEvent(Handle, Event);
+			}
+		});
 
 	const FHttpRequestRef HttpRequest = FHttpModule::Get().CreateRequest();
 	State->HttpRequest = HttpRequest;
@@ -74,7 +76,8 @@ FString FCVXProviderBase::StreamRequest(const FCVXProviderRequest& Request, cons
 	HttpRequest->SetResponseBodyReceiveStream(State->Stream.ToSharedRef());
 	HttpRequest->SetTimeout(Profile.TimeoutSeconds > 0.0f ? Profile.TimeoutSeconds : DefaultTimeoutSeconds);
 	HttpRequest->OnProcessRequestComplete().BindLambda(
-		[this, Handle, Alive = AliveFlag](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected) {
+		[this, Handle, Alive = AliveFlag](FHttpRequestPtr, FHttpResponsePtr Response, bool bConnected)
+		{
 			if (*Alive)
 			{
 				OnHttpComplete(Handle, Response, bConnected);
@@ -149,7 +152,8 @@ FString FCVXProviderBase::FormatHttpError(const IHttpResponse& Response, const T
 	return Text;
 }
 
-TSharedPtr<FJsonObject> FCVXProviderBase::ParseEventData(const FString& Handle, FRequestState& State, const FString& Data)
+TSharedPtr<FJsonObject> FCVXProviderBase::ParseEventData(
+	const FString& Handle, FRequestState& State, const FString& Data)
 {
 	TSharedPtr<FJsonObject> Object;
 	if (FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Data), Object) && Object.IsValid())
@@ -159,11 +163,13 @@ TSharedPtr<FJsonObject> FCVXProviderBase::ParseEventData(const FString& Handle, 
 	}
 	const FString Quoted = Data.Left(MaxQuotedEvent);
 	++State.JsonParseFailures;
-	UE_LOG(LogCorvexa, Warning, TEXT("Failed to parse SSE JSON (consecutive: %d): %s"), State.JsonParseFailures, *Quoted);
+	UE_LOG(
+		LogCorvexa, Warning, TEXT("Failed to parse SSE JSON (consecutive: %d): %s"), State.JsonParseFailures, *Quoted);
 	if (State.JsonParseFailures >= MaxJsonParseFailures)
 	{
-		FailRequest(Handle, FString::Printf(TEXT("SSE stream corrupted: %d consecutive JSON parse failures. Last data: %s"),
-								State.JsonParseFailures, *Quoted));
+		FailRequest(Handle,
+			FString::Printf(TEXT("SSE stream corrupted: %d consecutive JSON parse failures. Last data: %s"),
+				State.JsonParseFailures, *Quoted));
 	}
 	return nullptr;
 }

@@ -8,8 +8,8 @@
 class FJsonObject;
 
 /**
- * What the dialects share: starting a request, feeding its events in, ending it exactly once, and the texts of failure. A
- * dialect adds its URL, headers, body, and what each event does. Game thread.
+ * What the dialects share: starting a request, feeding its events in, ending it exactly once, and the texts of failure.
+ * A dialect adds its URL, headers, body, and what each event does. Game thread.
  */
 class FCVXProviderBase : public ICVXProvider
 {
@@ -55,7 +55,8 @@ protected:
 	/** The response ended well without the dialect's stop event. */
 	virtual void HandleMissingStop(const FString& Handle, FRequestState& State) = 0;
 
-	/** @return the event's object; null for bad JSON, which is counted and ends the request when it happens too often. */
+	/** @return the event's object; null for bad JSON, which is counted and ends the request when it happens too often.
+	 */
 	TSharedPtr<FJsonObject> ParseEventData(const FString& Handle, FRequestState& State, const FString& Data);
 
 	/** The two terminal events: the state is removed first, then its callback is called. */
