@@ -155,7 +155,8 @@ bool FCurlHttpRequest::ProcessRequest()
 
 void FCurlHttpRequest::CancelRequest()
 {
-	if (Status == EHttpRequestStatus::Processing)
+	// After the module's end nothing runs any more, and asking for it would start it again.
+	if (Status == EHttpRequestStatus::Processing && FHttpModule::IsAvailable())
 	{
 		Transfer->bCancelled = true;
 		FHttpModule::Get().GetHttpManager().GetThread().Wake();

@@ -256,15 +256,18 @@ TEST(HttpRequest, TheLoopEndsWithRequestsInFlightAndCallsNoneOfThem)
 {
 	FLoopbackServer Server;
 	FOutcome Outcome;
+	FHttpRequestPtr Last;
 	{
 		FLoopPump Pump;
 		for (int32 Index = 0; Index < 5; ++Index)
 		{
 			Server.Enqueue(FLoopbackReply::Silence());
-			ASSERT_TRUE(MakeRequest(Server, Outcome)->ProcessRequest());
+			Last = MakeRequest(Server, Outcome);
+			ASSERT_TRUE(Last->ProcessRequest());
 		}
 		Server.WaitForRequests(5);
 	}
+	Last->CancelRequest();
 	EXPECT_FALSE(Outcome.bCompleted);
 	EXPECT_FALSE(FHttpModule::IsAvailable());
 	EXPECT_TRUE(Server.WaitForEnded(5));

@@ -1,0 +1,203 @@
+#include "HttpModule.h"
+#include "LaunchEngineLoop.h"
+#include "Providers/Anthropic/CVXAnthropicProvider.h"
+#include "Support/Loopback/LoopbackServer.h"
+
+#include <arpa/inet.h>
+#include <benchmark/benchmark.h>
+#include <cstdlib>
+#include <memory>
+#include <simdjson.h>
+#include <string>
+#include <string_view>
+#include <sys/socket.h>
+#include <unistd.h>
+
+/** A streamed answer of 200,000 text deltas, from the socket to the callback that gets each word. */
+namespace
+{
+constexpr std::size_t EventCount = 200'000;
+constexpr std::size_t EventsPerChunk = 20;
+
+const std::string Delta = "event: content_block_delta\n"
+						  "data: {\"type\":\"content_block_delta\",\"index\":0,"
+						  "\"delta\":{\"type\":\"text_delta\",\"text\":\" word\"}}\n\n";
+const std::string Stop = "event: message_stop\ndata: {\"type\":\"message_stop\"}\n\n";
+
+FLoopbackReply Answer()
+{
+	std::string Piece;
+	for (std::size_t Index = 0; Index < EventsPerChunk; ++Index)
+	{
+		Piece += Delta;
+	}
+	std::vector<std::string> Chunks(EventCount / EventsPerChunk, Piece);
+	Chunks.push_back(Stop);
+	return FLoopbackReply::Chunked(200, Chunks, {{"Content-Type", "text/event-stream"}});
+}
+
+void StreamThroughProvider(benchmark::State& State)
+{
+	FLoopbackServer Server;
+	Server.Route("/v1/messages", Answer());
+	FEngineLoop Loop;
+	FEngineLoopParams Params;
+	Params.bLogFile = false;
+	Loop.Init(Params);
+	FCVXProviderProfile Profile;
+	Profile.BaseURL = FString(Server.Url("").c_str());
+	Profile.ApiKeyEnvVar = TEXT("key-for-the-benchmark");
+	FCVXAnthropicProvider Provider(Profile);
+	for (auto Unused : State)
+	{
+		(void)Unused;
+		std::size_t Words = 0;
+		bool bDone = false;
+		FCVXProviderCallbacks Callbacks;
+		Callbacks.OnTextDelta = [&Words](const FString& Text) { Words += Text.Len() == 5 ? 1 : 0; };
+		Callbacks.OnStreamFinished = [&bDone](const FCVXTokenUsage&) { bDone = true; };
+		Provider.StreamRequest(FCVXProviderRequest(), Callbacks);
+		while (!bDone)
+		{
+			Loop.WaitForWork(0.001);
+			Loop.Tick();
+		}
+		if (Words != EventCount)
+		{
+			State.SkipWithError("words were lost");
+			return;
+		}
+	}
+	State.SetItemsProcessed((int64_t)(State.iterations() * EventCount));
+}
+
+int Connect(int Port)
+{
+	const int Fd = socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+	sockaddr_in Address = {};
+	Address.sin_family = AF_INET;
+	Address.sin_port = htons((uint16_t)Port);
+	Address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+	if (Fd < 0 || connect(Fd, (const sockaddr*)&Address, sizeof(Address)) != 0)
+	{
+		std::abort();
+	}
+	const std::string_view Request =
+		"POST /v1/messages HTTP/1.1\r\nHost: x\r\nContent-Length: 0\r\nConnection: close\r\n\r\n";
+	if (send(Fd, Request.data(), Request.size(), MSG_NOSIGNAL) != (ssize_t)Request.size())
+	{
+		std::abort();
+	}
+	return Fd;
+}
+
+/** Takes the chunk framing off in place. @return the bytes that belong to no whole chunk yet. */
+std::size_t TakeChunks(std::string& Wire, std::string& Body)
+{
+	std::size_t At = 0;
+	for (;;)
+	{
+		const std::size_t LineEnd = Wire.find("\r\n", At);
+		if (LineEnd == std::string::npos)
+		{
+			break;
+		}
+		const std::size_t Size = std::strtoul(Wire.c_str() + At, nullptr, 16);
+		if (LineEnd + 2 + Size + 2 > Wire.size())
+		{
+			break;
+		}
+		Body.append(Wire, LineEnd + 2, Size);
+		At = LineEnd + 2 + Size + 2;
+	}
+	return At;
+}
+
+std::size_t CountWords(std::string& Body, simdjson::ondemand::parser& Parser)
+{
+	std::size_t Words = 0;
+	std::size_t At = 0;
+	for (std::size_t End = 0; (End = Body.find("\n\n", At)) != std::string::npos; At = End + 2)
+	{
+		const std::size_t Data = Body.find("data: ", At);
+		const std::size_t Length = End - Data - 6;
+		Body.reserve(Body.size() + simdjson::SIMDJSON_PADDING);
+		auto Document = Parser.iterate(Body.data() + Data + 6, Length, Body.capacity() - Data - 6);
+		std::string_view Text;
+		Words += Document["delta"]["text"].get(Text) == simdjson::SUCCESS && Text.size() == 5 ? 1 : 0;
+	}
+	Body.erase(0, At);
+	return Words;
+}
+
+/** No more than must be done: read, take chunks off, split events, parse each. */
+void StreamThroughBareLoop(benchmark::State& State)
+{
+	FLoopbackServer Server;
+	Server.Route("/v1/messages", Answer());
+	simdjson::ondemand::parser Parser;
+	for (auto Unused : State)
+	{
+		(void)Unused;
+		const int Fd = Connect(Server.Port());
+		std::string Wire;
+		std::string Body;
+		std::string Buffer(512 * 1024, 0);
+		std::size_t Words = 0;
+		bool bHead = true;
+		for (ssize_t Got = 0; (Got = recv(Fd, Buffer.data(), Buffer.size(), 0)) > 0;)
+		{
+			Wire.append(Buffer, 0, (std::size_t)Got);
+			const std::size_t HeadEnd = bHead ? Wire.find("\r\n\r\n") : 0;
+			if (bHead && HeadEnd == std::string::npos)
+			{
+				continue;
+			}
+			Wire.erase(0, bHead ? HeadEnd + 4 : 0);
+			bHead = false;
+			Wire.erase(0, TakeChunks(Wire, Body));
+			Words += CountWords(Body, Parser);
+		}
+		close(Fd);
+		if (Words != EventCount)
+		{
+			State.SkipWithError("words were lost");
+			return;
+		}
+	}
+	State.SetItemsProcessed((int64_t)(State.iterations() * EventCount));
+}
+
+void StreamThroughCurl(benchmark::State& State)
+{
+	FLoopbackServer Server;
+	Server.Route("/v1/messages", Answer());
+	const std::string Command = "curl -sN -X POST -o /dev/null " + Server.Url("/v1/messages");
+	for (auto Unused : State)
+	{
+		(void)Unused;
+		if (std::system(Command.c_str()) != 0)
+		{
+			State.SkipWithError("curl failed");
+			return;
+		}
+	}
+	State.SetItemsProcessed((int64_t)(State.iterations() * EventCount));
+}
+} // namespace
+
+BENCHMARK(StreamThroughProvider)
+	->Name("Provider/200kDeltas/Anthropic")
+	->UseRealTime()
+	->MeasureProcessCPUTime()
+	->Unit(benchmark::kMillisecond);
+BENCHMARK(StreamThroughBareLoop)
+	->Name("Provider/200kDeltas/bare loop")
+	->UseRealTime()
+	->MeasureProcessCPUTime()
+	->Unit(benchmark::kMillisecond);
+BENCHMARK(StreamThroughCurl)
+	->Name("Provider/200kDeltas/curl -sN")
+	->UseRealTime()
+	->MeasureProcessCPUTime()
+	->Unit(benchmark::kMillisecond);
