@@ -4,6 +4,7 @@
 #include "Json/JsonMemory.h"
 #include "Json/JsonQuickParser.h"
 #include "Json/JsonTextParser.h"
+#include "Json/JsonTokenReader.h"
 
 #include <string_view>
 
@@ -44,6 +45,8 @@ FJsonReader::FJsonReader(const ANSICHAR* InUtf8, int64 Bytes)
 	FMemory::Memzero(Utf8.GetData() + Size, JsonQuickParser::Padding);
 }
 
+FJsonReader::~FJsonReader() = default;
+
 void FJsonReader::MakeRoom(int64 Bytes)
 {
 	Utf8.SetNumUninitialized((int32)Bytes + JsonQuickParser::Padding);
@@ -69,4 +72,61 @@ bool FJsonReader::Read(TSharedPtr<FJsonValue>& OutValue)
 	}
 	OutValue = MoveTemp(Value);
 	return true;
+}
+
+FJsonTokenReader& FJsonReader::GetTokens() const
+{
+	if (!Tokens)
+	{
+		Tokens = MakeUnique<FJsonTokenReader>(Utf8.GetData(), Size);
+	}
+	return *Tokens;
+}
+
+bool FJsonReader::ReadNext(EJsonNotation& OutNotation)
+{
+	if (Utf8.IsEmpty())
+	{
+		OutNotation = EJsonNotation::Error;
+		return false;
+	}
+	EJsonNotation Notation = EJsonNotation::Null;
+	const bool bRead = GetTokens().Next(Notation);
+	OutNotation = Notation;
+	if (Notation == EJsonNotation::Error)
+	{
+		ErrorMessage = GetTokens().GetErrorMessage();
+	}
+	return bRead;
+}
+
+const FString& FJsonReader::GetIdentifier() const
+{
+	return GetTokens().Identifier;
+}
+
+const FString& FJsonReader::GetValueAsString() const
+{
+	return GetTokens().StringValue;
+}
+
+const FString& FJsonReader::GetValueAsNumberString() const
+{
+	return GetTokens().NumberText;
+}
+
+bool FJsonReader::GetValueAsBoolean() const
+{
+	return GetTokens().bBoolean;
+}
+
+bool FJsonReader::SkipContainer()
+{
+	EJsonNotation Notation = EJsonNotation::Null;
+	for (int32 Depth = 1; Depth > 0 && ReadNext(Notation);)
+	{
+		Depth += Notation == EJsonNotation::ObjectStart || Notation == EJsonNotation::ArrayStart;
+		Depth -= Notation == EJsonNotation::ObjectEnd || Notation == EJsonNotation::ArrayEnd;
+	}
+	return Notation != EJsonNotation::Error;
 }

@@ -15,6 +15,20 @@ enum class EJson : uint8
 	Object
 };
 
+/** The kinds of tokens. */
+enum class EJsonNotation : uint8
+{
+	ObjectStart,
+	ObjectEnd,
+	ArrayStart,
+	ArrayEnd,
+	Boolean,
+	String,
+	Number,
+	Null,
+	Error
+};
+
 /** How deep arrays and objects may stand in each other, read or written: the root is at depth 1. */
 constexpr int32 JsonMaxDepth = 512;
 

@@ -158,9 +158,15 @@ TSharedPtr<FJsonObject> FCVXProviderBase::ParseEventData(
 	TSharedPtr<FJsonObject> Object;
 	if (FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Data), Object) && Object.IsValid())
 	{
-		State.JsonParseFailures = 0;
+		NoteParseSuccess(State);
 		return Object;
 	}
+	NoteParseFailure(Handle, State, Data);
+	return nullptr;
+}
+
+void FCVXProviderBase::NoteParseFailure(const FString& Handle, FRequestState& State, const FString& Data)
+{
 	const FString Quoted = Data.Left(MaxQuotedEvent);
 	++State.JsonParseFailures;
 	UE_LOG(
@@ -171,7 +177,6 @@ TSharedPtr<FJsonObject> FCVXProviderBase::ParseEventData(
 			FString::Printf(TEXT("SSE stream corrupted: %d consecutive JSON parse failures. Last data: %s"),
 				State.JsonParseFailures, *Quoted));
 	}
-	return nullptr;
 }
 
 void FCVXProviderBase::FinishRequest(const FString& Handle)

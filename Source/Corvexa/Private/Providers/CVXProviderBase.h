@@ -59,6 +59,10 @@ protected:
 	 */
 	TSharedPtr<FJsonObject> ParseEventData(const FString& Handle, FRequestState& State, const FString& Data);
 
+	/** The same two outcomes for a dialect that reads an event's text itself. */
+	static void NoteParseSuccess(FRequestState& State) { State.JsonParseFailures = 0; }
+	void NoteParseFailure(const FString& Handle, FRequestState& State, const FString& Data);
+
 	/** The two terminal events: the state is removed first, then its callback is called. */
 	void FinishRequest(const FString& Handle);
 	void FailRequest(const FString& Handle, const FString& ErrorText);

@@ -3,6 +3,7 @@
 #include "Dom/JsonObject.h"
 #include "Logging/LogMacros.h"
 #include "Providers/Anthropic/CVXAnthropicBody.h"
+#include "Providers/Anthropic/CVXAnthropicDelta.h"
 
 DEFINE_LOG_CATEGORY_STATIC(LogCVXAnthropicProvider, Log, All);
 
@@ -64,17 +65,18 @@ void FCVXAnthropicProvider::HandleSSEEvent(const FString& Handle, FRequestState&
 	{
 		return;
 	}
+	FAnthropicState& State = static_cast<FAnthropicState&>(BaseState);
+	if (Event.EventType == TEXT("content_block_delta"))
+	{
+		HandleContentBlockDelta(Handle, State, Event.Data);
+		return;
+	}
 	const TSharedPtr<FJsonObject> Json = ParseEventData(Handle, BaseState, Event.Data);
 	if (!Json)
 	{
 		return;
 	}
-	FAnthropicState& State = static_cast<FAnthropicState&>(BaseState);
-	if (Event.EventType == TEXT("content_block_delta"))
-	{
-		HandleContentBlockDelta(State, *Json);
-	}
-	else if (Event.EventType == TEXT("content_block_start"))
+	if (Event.EventType == TEXT("content_block_start"))
 	{
 		HandleContentBlockStart(State, *Json);
 	}
@@ -136,37 +138,36 @@ void FCVXAnthropicProvider::HandleContentBlockStart(FAnthropicState& State, cons
 	State.ToolJson.Add(Index, FString());
 }
 
-void FCVXAnthropicProvider::HandleContentBlockDelta(FAnthropicState& State, const FJsonObject& Event)
+void FCVXAnthropicProvider::HandleContentBlockDelta(const FString& Handle, FAnthropicState& State, const FString& Data)
 {
-	const TSharedPtr<FJsonObject>* Delta = nullptr;
-	FString Type;
-	if (!Event.TryGetObjectField(TEXT("delta"), Delta) || !(*Delta)->TryGetStringField(TEXT("type"), Type))
+	FCVXAnthropicDelta Delta;
+	if (!Delta.Read(Data))
 	{
+		NoteParseFailure(Handle, State, Data);
 		return;
 	}
-	FString Text;
-	if (Type == TEXT("text_delta"))
+	NoteParseSuccess(State);
+	if (Delta.Type == TEXT("text_delta"))
 	{
-		if ((*Delta)->TryGetStringField(TEXT("text"), Text) && State.Callbacks.OnTextDelta)
+		if (Delta.Text.IsSet() && State.Callbacks.OnTextDelta)
 		{
-			State.Callbacks.OnTextDelta(Text);
+			State.Callbacks.OnTextDelta(*Delta.Text);
 		}
 	}
-	else if (Type == TEXT("input_json_delta"))
+	else if (Delta.Type == TEXT("input_json_delta"))
 	{
-		int32 Index = INDEX_NONE;
-		FString* Json = ReadIndex(Event, Index) ? State.ToolJson.Find(Index) : nullptr;
-		if (Json && (*Delta)->TryGetStringField(TEXT("partial_json"), Text))
+		FString* Json = State.ToolJson.Find(Delta.Index);
+		if (Json && Delta.PartialJson.IsSet())
 		{
-			Json->Append(Text);
+			Json->Append(*Delta.PartialJson);
 		}
 	}
-	else if (Type == TEXT("thinking_delta"))
+	else if (Delta.Type == TEXT("thinking_delta"))
 	{
-		const bool bText = (*Delta)->TryGetStringField(TEXT("thinking"), Text) && !Text.IsEmpty();
+		const bool bText = Delta.Thinking.IsSet() && !Delta.Thinking->IsEmpty();
 		if (bText && State.Callbacks.OnReasoningDelta)
 		{
-			State.Callbacks.OnReasoningDelta(Text);
+			State.Callbacks.OnReasoningDelta(*Delta.Thinking);
 		}
 	}
 }

@@ -28,7 +28,7 @@ private:
 
 	static void HandleMessageStart(FAnthropicState& State, const FJsonObject& Event);
 	static void HandleContentBlockStart(FAnthropicState& State, const FJsonObject& Event);
-	static void HandleContentBlockDelta(FAnthropicState& State, const FJsonObject& Event);
+	void HandleContentBlockDelta(const FString& Handle, FAnthropicState& State, const FString& Data);
 	static void HandleContentBlockStop(FAnthropicState& State, const FJsonObject& Event);
 	static void HandleMessageDelta(FAnthropicState& State, const FJsonObject& Event);
 	void HandleError(const FString& Handle, const FJsonObject& Event);
