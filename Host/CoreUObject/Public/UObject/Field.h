@@ -78,7 +78,7 @@ public:                                                                         
 	static constexpr uint64 StaticCastFlag = CASTCLASS_##TClass;                                  \
 	static const FFieldClass* StaticClass()                                                       \
 	{                                                                                             \
-		static const FFieldClass Class(TEXT(#TClass) + 1, StaticCastFlag, TSuper::StaticClass()); \
+		static const FFieldClass Class(&TEXT(#TClass)[1], StaticCastFlag, TSuper::StaticClass()); \
 		return &Class;                                                                            \
 	}                                                                                             \
 	const FFieldClass* GetClass() const override                                                  \
