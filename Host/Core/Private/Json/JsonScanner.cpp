@@ -144,7 +144,8 @@ bool FJsonScanner::ScanCodeUnit(FString& OutText)
 		Unit = Unit * 16 + (uint32)Value;
 	}
 	At += 4;
-	OutText.AppendChar((TCHAR)Unit);
+	// Not AppendChar, which drops a NUL.
+	*OutText.AppendUninitialized(1) = (TCHAR)Unit;
 	return true;
 }
 
