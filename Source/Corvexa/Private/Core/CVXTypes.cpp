@@ -71,3 +71,17 @@ FString FCVXTokenCounter::FormatTokenCount(int32 Count)
 	return Count < 1000000 ? FString::Printf(TEXT("%.1fk"), Count * 0.001)
 						   : FString::Printf(TEXT("%.1fM"), Count * 1e-6);
 }
+
+FCVXToolExecutionResult FCVXToolExecutionResult::MakeSuccess(FString Output)
+{
+	FCVXToolExecutionResult Result;
+	Result.Output = MoveTemp(Output);
+	return Result;
+}
+
+FCVXToolExecutionResult FCVXToolExecutionResult::MakeError(FString Message)
+{
+	FCVXToolExecutionResult Result = MakeSuccess(MoveTemp(Message));
+	Result.bIsError = true;
+	return Result;
+}

@@ -168,6 +168,15 @@ struct FCVXTokenUsage
 	float EstimateCostUSD(float InputPricePerMillion, float OutputPricePerMillion) const;
 };
 
+/** One tool as it is offered to a model. */
+struct FCVXToolDescriptor
+{
+	FString Name;
+	FString Description;
+	/** The JSON Schema of the tool's input, as text. */
+	FString InputSchemaJson;
+};
+
 /** One tool call that the model requested, always complete. */
 struct FCVXToolCall
 {
@@ -202,6 +211,12 @@ struct FCVXClarificationRequest
 /** The outcome of one tool call. */
 struct FCVXToolExecutionResult
 {
+	/** A plain success. @param Output what the model reads. */
+	static FCVXToolExecutionResult MakeSuccess(FString Output);
+
+	/** A failure. @param Message says why, and what to do next. */
+	static FCVXToolExecutionResult MakeError(FString Message);
+
 	/** The text that goes back to the model. */
 	FString Output;
 	bool bIsError = false;

@@ -2,15 +2,6 @@
 
 #include "Core/CVXTypes.h"
 
-/** One tool as it is offered to a model. */
-struct FCVXToolDescriptor
-{
-	FString Name;
-	FString Description;
-	/** The JSON Schema of the tool's input, as text. */
-	FString InputSchemaJson;
-};
-
 /** The whole input of one turn. Read during `StreamRequest` and not kept. */
 struct FCVXProviderRequest
 {

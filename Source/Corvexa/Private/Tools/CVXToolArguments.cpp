@@ -1,0 +1,45 @@
+#include "Tools/CVXToolArguments.h"
+
+#include "Serialization/JsonSerializer.h"
+
+#include <cmath>
+
+bool ParseToolArguments(
+	const FString& ArgumentsJson, TSharedPtr<FJsonObject>& OutObject, FCVXToolExecutionResult& OutErrorResult)
+{
+	if (ArgumentsJson.Len() < 1)
+	{
+		OutErrorResult = FCVXToolExecutionResult::MakeError(TEXT("Empty JSON input."));
+		return false;
+	}
+	if (!FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(ArgumentsJson), OutObject) || !OutObject.IsValid())
+	{
+		OutErrorResult = FCVXToolExecutionResult::MakeError(TEXT("Invalid JSON input."));
+		return false;
+	}
+	return true;
+}
+
+FString GetStringArgument(const FJsonObject& Arguments, FStringView Name)
+{
+	FString Text;
+	Arguments.TryGetStringField(Name, Text);
+	return Text;
+}
+
+bool GetBoolArgument(const FJsonObject& Arguments, FStringView Name, bool bDefault)
+{
+	bool bValue = bDefault;
+	Arguments.TryGetBoolField(Name, bValue);
+	return bValue;
+}
+
+int32 GetIntArgument(const FJsonObject& Arguments, FStringView Name, int32 Default)
+{
+	double Number = 0.0;
+	if (!Arguments.TryGetNumberField(Name, Number) || std::isnan(Number))
+	{
+		return Default;
+	}
+	return (int32)FMath::Clamp(Number, (double)MIN_int32, (double)MAX_int32);
+}
