@@ -62,14 +62,22 @@ private:
 		double Timestamp = 0.0;
 	};
 
-	void Run(const TSharedRef<ICVXTool>& Tool, const FCVXToolCall& Call, const FCVXAgentProfile& Profile,
+	struct FBackgroundCall;
+
+	/** Takes copies: what the caller holds may go while the tool runs. */
+	void Run(const TSharedRef<ICVXTool>& Tool, FCVXToolCall Call, FCVXAgentProfile Profile,
 		const FCVXOnToolComplete& OnComplete);
 	FCVXToolExecutionResult DoExecute(ICVXTool& Tool, const FCVXToolCall& Call, const FCVXAgentProfile& Profile);
 	void DispatchBackground(const ICVXTool& Tool, const FCVXToolCall& Call, const FCVXAgentProfile& Profile,
 		const FCVXOnToolComplete& OnComplete);
+	static void FinishBackground(const FBackgroundCall& Work);
+
 	bool TryCacheGet(const FString& ToolName, const FString& Arguments, FCVXToolExecutionResult& OutResult);
 	void CachePut(const FString& ToolName, const FString& Arguments, const FCVXToolExecutionResult& Result);
+	/** Makes room for one more entry. */
 	void CacheEvict();
+	/** Takes the records of this executor's entries out of what all executors share. */
+	void ForgetCacheKeys();
 
 	TMap<FString, FPendingCall> PendingApprovals;
 	TMap<uint32, FCacheEntry> Cache;
