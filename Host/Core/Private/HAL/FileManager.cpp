@@ -78,6 +78,11 @@ FFileStatData IFileManager::GetStatData(const TCHAR* FilenameOrDirectory)
 	return Files().GetStatData(FilenameOrDirectory);
 }
 
+FString IFileManager::GetFilenameOnDisk(const TCHAR* Filename)
+{
+	return Files().GetFilenameOnDisk(Filename);
+}
+
 double IFileManager::GetFileAgeSeconds(const TCHAR* Filename)
 {
 	const FDateTime Time = GetTimeStamp(Filename);

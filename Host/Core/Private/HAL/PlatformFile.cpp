@@ -5,6 +5,8 @@
 #include "Misc/Paths.h"
 
 #include <cerrno>
+#include <climits>
+#include <cstdlib>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -114,6 +116,12 @@ bool IPlatformFile::SetTimeStamp(const TCHAR* Filename, FDateTime DateTime)
 	Times[1].tv_sec = (time_t)DateTime.ToUnixTimestamp();
 	Times[1].tv_nsec = (long)((Since - DateTime.ToUnixTimestamp() * ETimespan::TicksPerSecond) * 100);
 	return ::utimensat(AT_FDCWD, *FNativePath(Filename), Times, 0) == 0;
+}
+
+FString IPlatformFile::GetFilenameOnDisk(const TCHAR* Filename)
+{
+	char Resolved[PATH_MAX];
+	return ::realpath(*FNativePath(Filename), Resolved) ? FString(Resolved) : FString(Filename);
 }
 
 FFileStatData IPlatformFile::GetStatData(const TCHAR* FilenameOrDirectory)

@@ -67,6 +67,8 @@ public:
 	FDateTime GetTimeStamp(const TCHAR* Filename);
 	bool SetTimeStamp(const TCHAR* Filename, FDateTime DateTime);
 	FFileStatData GetStatData(const TCHAR* FilenameOrDirectory);
+	/** The path as the file system has it, symbolic links followed; the path itself when nothing is there. */
+	FString GetFilenameOnDisk(const TCHAR* Filename);
 
 	/** @return null when the file can't be opened; the caller deletes the handle. */
 	IFileHandle* OpenRead(const TCHAR* Filename, bool bAllowWrite = false);

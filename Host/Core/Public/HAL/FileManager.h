@@ -47,6 +47,8 @@ public:
 	FDateTime GetTimeStamp(const TCHAR* Filename);
 	bool SetTimeStamp(const TCHAR* Filename, FDateTime DateTime);
 	FFileStatData GetStatData(const TCHAR* FilenameOrDirectory);
+	/** The path as the file system has it, symbolic links followed; the path itself when nothing is there. */
+	FString GetFilenameOnDisk(const TCHAR* Filename);
 	/** Seconds since the last change, or -1 when there is no such file. */
 	double GetFileAgeSeconds(const TCHAR* Filename);
 
