@@ -36,10 +36,18 @@ bool GetBoolArgument(const FJsonObject& Arguments, FStringView Name, bool bDefau
 
 int32 GetIntArgument(const FJsonObject& Arguments, FStringView Name, int32 Default)
 {
+	int32 Value = Default;
+	(void)TryGetIntArgument(Arguments, Name, Value);
+	return Value;
+}
+
+bool TryGetIntArgument(const FJsonObject& Arguments, FStringView Name, int32& OutValue)
+{
 	double Number = 0.0;
 	if (!Arguments.TryGetNumberField(Name, Number) || std::isnan(Number))
 	{
-		return Default;
+		return false;
 	}
-	return (int32)FMath::Clamp(Number, (double)MIN_int32, (double)MAX_int32);
+	OutValue = FMath::TruncToInt(Number);
+	return true;
 }

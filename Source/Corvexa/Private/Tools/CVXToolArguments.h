@@ -18,3 +18,6 @@ bool GetBoolArgument(const FJsonObject& Arguments, FStringView Name, bool bDefau
 
 /** A field as an integer: fractions are cut off, what is out of range becomes the nearest value. */
 int32 GetIntArgument(const FJsonObject& Arguments, FStringView Name, int32 Default);
+
+/** As `GetIntArgument`. @return whether there is such a number; OutValue stays when there isn't. */
+bool TryGetIntArgument(const FJsonObject& Arguments, FStringView Name, int32& OutValue);

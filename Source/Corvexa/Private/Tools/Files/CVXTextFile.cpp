@@ -107,7 +107,7 @@ bool CVXTextFile::Save(const FString& Path, const FString& Text, ECVXTextEncodin
 	}
 }
 
-int64 CVXTextFile::Utf8Length(const FString& Text)
+int32 CVXTextFile::Utf8Length(const FString& Text)
 {
 	return FTCHARToUTF8(*Text, Text.Len()).Length();
 }

@@ -31,5 +31,5 @@ bool Load(const FString& Path, FString& OutText, ECVXTextEncoding& OutEncoding);
 bool Save(const FString& Path, const FString& Text, ECVXTextEncoding Encoding);
 
 /** The bytes that a text takes in UTF-8. */
-int64 Utf8Length(const FString& Text);
+int32 Utf8Length(const FString& Text);
 } // namespace CVXTextFile

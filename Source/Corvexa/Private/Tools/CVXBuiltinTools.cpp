@@ -1,0 +1,49 @@
+#include "Tools/CVXBuiltinTools.h"
+
+#include "Core/CVXLog.h"
+#include "Tools/CVXToolRegistry.h"
+#include "Tools/Files/CVXListFilesTool.h"
+#include "Tools/Files/CVXReadFileTool.h"
+#include "Tools/Files/CVXSearchFilesTool.h"
+#include "Tools/Files/CVXSearchInFilesTool.h"
+#include "Tools/Files/CVXWriteFileTool.h"
+
+namespace
+{
+struct FBuiltinTool
+{
+	/** The tool's own name, for who reads the table. */
+	const TCHAR* Name;
+	/** @return the tool, or null where it can't work. */
+	TUniquePtr<ICVXTool> (*Make)();
+};
+
+template <typename ToolType>
+TUniquePtr<ICVXTool> Make()
+{
+	return MakeUnique<ToolType>();
+}
+
+constexpr FBuiltinTool BuiltinTools[] = {
+	{TEXT("read_file"), &Make<FCVXReadFileTool>},
+	{TEXT("write_file"), &Make<FCVXWriteFileTool>},
+	{TEXT("list_files"), &Make<FCVXListFilesTool>},
+	{TEXT("search_files"), &Make<FCVXSearchFilesTool>},
+	{TEXT("search_in_files"), &Make<FCVXSearchInFilesTool>},
+};
+} // namespace
+
+void RegisterBuiltinTools()
+{
+	FCVXToolRegistry& Registry = FCVXToolRegistry::Get();
+	for (const FBuiltinTool& Builtin : BuiltinTools)
+	{
+		TUniquePtr<ICVXTool> Tool = Builtin.Make();
+		if (Tool.IsValid())
+		{
+			check(Tool->GetName() == Builtin.Name);
+			Registry.RegisterTool(MoveTemp(Tool));
+		}
+	}
+	UE_LOG(LogCorvexa, Log, TEXT("Registered %d built-in tools"), Registry.GetAllTools().Num());
+}

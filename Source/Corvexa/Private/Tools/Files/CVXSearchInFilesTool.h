@@ -1,0 +1,15 @@
+#pragma once
+
+#include "Tools/CVXTool.h"
+
+/** Finds the lines of files that hold a plain text. */
+class FCVXSearchInFilesTool final : public ICVXTool
+{
+public:
+	FString GetName() const override;
+	FString GetDescription() const override;
+	FString GetInputSchemaJson() const override;
+	FCVXToolExecutionResult Execute(const FString& ArgumentsJson, const FCVXAgentProfile& Profile) override;
+	bool IsReadOnly() const override { return true; }
+	bool IsThreadSafe() const override { return true; }
+};
