@@ -1,0 +1,3 @@
+#include "Agent/CVXAgentLog.h"
+
+DEFINE_LOG_CATEGORY(LogCVXAgentLoop);

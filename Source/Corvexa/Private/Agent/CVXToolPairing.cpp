@@ -1,0 +1,186 @@
+#include "Agent/CVXToolPairing.h"
+
+#include "Agent/CVXHiddenMessage.h"
+#include "Algo/AnyOf.h"
+#include "Core/CVXLog.h"
+
+namespace
+{
+/** Characters kept of an orphaned result that isn't a sub-agent's. */
+constexpr int32 MaxPreservedResult = 500;
+
+using FIdSet = TSet<FString>;
+
+struct FOrphans
+{
+	FIdSet Uses;
+	FIdSet Results;
+
+	bool IsEmpty() const { return Uses.IsEmpty() && Results.IsEmpty(); }
+};
+
+bool IsToolUse(const FCVXContentBlock& Block)
+{
+	return Block.Type == TEXT("tool_use");
+}
+
+bool IsToolResult(const FCVXContentBlock& Block)
+{
+	return Block.Type == TEXT("tool_result");
+}
+
+/** Finds the ids that stand on one side alone. @param bAnyRole false looks for uses in assistant messages only, for
+ * results in tool messages only. */
+FOrphans FindOrphans(const TArray<FCVXMessage>& Messages, bool bAnyRole)
+{
+	FIdSet Uses;
+	FIdSet Results;
+	for (const FCVXMessage& Message : Messages)
+	{
+		for (const FCVXContentBlock& Block : Message.Content)
+		{
+			if (Block.ToolUseId.IsEmpty())
+			{
+				continue;
+			}
+			if (IsToolUse(Block) && (bAnyRole || Message.Role == ECVXMessageRole::Assistant))
+			{
+				Uses.Add(Block.ToolUseId);
+			}
+			else if (IsToolResult(Block) && (bAnyRole || Message.Role == ECVXMessageRole::Tool))
+			{
+				Results.Add(Block.ToolUseId);
+			}
+		}
+	}
+	return {Uses.Difference(Results), Results.Difference(Uses)};
+}
+
+/** @return whether one was removed. */
+bool RemoveLeadingNonUser(TArray<FCVXMessage>& Messages)
+{
+	int32 Count = 0;
+	while (Count < Messages.Num() && Messages[Count].Role != ECVXMessageRole::User)
+	{
+		++Count;
+	}
+	Messages.RemoveAt(0, Count);
+	return Count > 0;
+}
+
+void RemoveMessagesWithOrphanedUses(TArray<FCVXMessage>& Messages, const FIdSet& Orphans)
+{
+	Messages.RemoveAll([&](const FCVXMessage& Message) {
+		return Message.Role == ECVXMessageRole::Assistant && Algo::AnyOf(Message.Content, [&](const auto& Block) {
+			return IsToolUse(Block) && Orphans.Contains(Block.ToolUseId);
+		});
+	});
+}
+
+/** What an orphaned result leaves behind: all of a sub-agent's report, the beginning of anything else. */
+FString PreserveResult(const FCVXContentBlock& Block)
+{
+	if (Block.ToolName == TEXT("delegate_to_agent"))
+	{
+		return Block.ToolResultContent + TEXT("\n");
+	}
+	const bool bCut = Block.ToolResultContent.Len() > MaxPreservedResult;
+	return FString::Printf(TEXT("[Result of %s]: %s\n"), *Block.ToolName,
+		*(Block.ToolResultContent.Left(MaxPreservedResult) + (bCut ? TEXT("...") : TEXT(""))));
+}
+
+/** Keeps the message, replaces it by its preserved text, or empties it for removal. */
+void ConvertOrphanedResults(FCVXMessage& Message, const FIdSet& Orphans)
+{
+	FString Preserved;
+	bool bOrphaned = false;
+	for (const FCVXContentBlock& Block : Message.Content)
+	{
+		if (IsToolResult(Block) && Orphans.Contains(Block.ToolUseId))
+		{
+			bOrphaned = true;
+			Preserved += Block.ToolResultContent.IsEmpty() ? FString() : PreserveResult(Block);
+		}
+	}
+	if (!bOrphaned)
+	{
+		return;
+	}
+	if (Preserved.IsEmpty())
+	{
+		Message.Content.Empty();
+		return;
+	}
+	UE_LOG(LogCorvexa, Log, TEXT("CVXContextManager: converted orphaned tool result(s) to user text (%d chars)"),
+		Preserved.Len());
+	Message = CVXHiddenMessage::Make(
+		FString::Printf(TEXT("[Previously completed work — DO NOT repeat]\n%s"), *Preserved),
+		TEXT("preserved-tool-result"));
+}
+
+void ConvertMessagesWithOrphanedResults(TArray<FCVXMessage>& Messages, const FIdSet& Orphans)
+{
+	for (int32 Index = Messages.Num() - 1; Index >= 0; --Index)
+	{
+		if (Messages[Index].Role != ECVXMessageRole::Tool)
+		{
+			continue;
+		}
+		const int32 BlocksBefore = Messages[Index].Content.Num();
+		ConvertOrphanedResults(Messages[Index], Orphans);
+		if (BlocksBefore > 0 && Messages[Index].Content.IsEmpty())
+		{
+			Messages.RemoveAt(Index);
+		}
+	}
+}
+
+/** @return whether anything changed, so that another pass must look. */
+bool RunCleanupPass(TArray<FCVXMessage>& Messages)
+{
+	const bool bRemovedLeading = RemoveLeadingNonUser(Messages);
+	const FOrphans Orphans = FindOrphans(Messages, false);
+	if (Orphans.IsEmpty())
+	{
+		return bRemovedLeading;
+	}
+	UE_LOG(LogCorvexa, Warning,
+		TEXT("CVXContextManager: tool-call pairing cleanup: %d orphaned uses, %d orphaned results"), Orphans.Uses.Num(),
+		Orphans.Results.Num());
+	RemoveMessagesWithOrphanedUses(Messages, Orphans.Uses);
+	ConvertMessagesWithOrphanedResults(Messages, Orphans.Results);
+	return true;
+}
+
+/** What the passes can't reach, such as a block in a message of another role, is cut out block by block. */
+void StripRemainingOrphans(TArray<FCVXMessage>& Messages)
+{
+	const FOrphans Orphans = FindOrphans(Messages, true);
+	if (Orphans.IsEmpty())
+	{
+		return;
+	}
+	UE_LOG(LogCorvexa, Warning,
+		TEXT("CVXContextManager: safety-net stripping %d orphaned uses, %d orphaned results"), Orphans.Uses.Num(),
+		Orphans.Results.Num());
+	for (FCVXMessage& Message : Messages)
+	{
+		Message.Content.RemoveAll([&](const FCVXContentBlock& Block) {
+			return (Message.Role == ECVXMessageRole::Assistant && IsToolUse(Block) && Orphans.Uses.Contains(Block.ToolUseId))
+				|| (Message.Role == ECVXMessageRole::Tool && IsToolResult(Block)
+					&& Orphans.Results.Contains(Block.ToolUseId));
+		});
+	}
+	Messages.RemoveAll([](const FCVXMessage& Message) { return Message.Content.IsEmpty(); });
+	RemoveLeadingNonUser(Messages);
+}
+} // namespace
+
+void CVXToolPairing::Restore(TArray<FCVXMessage>& Messages)
+{
+	// Each pass that changes something removes a message or makes one a user's, so this ends.
+	while (RunCleanupPass(Messages))
+	{
+	}
+	StripRemainingOrphans(Messages);
+}
