@@ -16,7 +16,10 @@ public:
 	/** The size of the summary that stands for dropped messages, in tokens. */
 	static constexpr int32 SummaryTokens = 800;
 
-	explicit FCVXContextManager(int32 InMaxContextTokens) : MaxContextTokens(InMaxContextTokens) {}
+	explicit FCVXContextManager(int32 InMaxContextTokens)
+		: MaxContextTokens(InMaxContextTokens)
+	{
+	}
 
 	/** Adds a copy at the end, with its estimate. */
 	void AddMessage(const FCVXMessage& Message);

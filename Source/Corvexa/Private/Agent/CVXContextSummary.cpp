@@ -86,8 +86,8 @@ private:
 
 	void AddResult(const FCVXContentBlock& Block)
 	{
-		if (Block.Type != TEXT("tool_result") || Block.ToolResultContent.IsEmpty()
-			|| !Algo::AnyOf(ImportantTools, [&](const TCHAR* Name) { return Block.ToolName == Name; }))
+		if (Block.Type != TEXT("tool_result") || Block.ToolResultContent.IsEmpty() ||
+			!Algo::AnyOf(ImportantTools, [&](const TCHAR* Name) { return Block.ToolName == Name; }))
 		{
 			return;
 		}
@@ -97,7 +97,8 @@ private:
 	}
 };
 
-/** The last lines of a list under its heading. @param EarlierFormat the line that counts the rest; null leaves it out. */
+/** The last lines of a list under its heading. @param EarlierFormat the line that counts the rest; null leaves it out.
+ */
 FString FormatLast(const TCHAR* Heading, const TArray<FString>& Lines, int32 MaxLines, const TCHAR* EarlierNoun)
 {
 	if (Lines.IsEmpty())
@@ -123,7 +124,11 @@ FString FormatTools(const FSummaryLists& Lists)
 	{
 		return FString();
 	}
-	TArray<TPair<FString, int32>> Counts = Lists.ToolCounts.Array();
+	TArray<TPair<FString, int32>> Counts;
+	for (const TPair<FString, int32>& Each : Lists.ToolCounts)
+	{
+		Counts.Add(Each);
+	}
 	Counts.StableSort([](const auto& A, const auto& B) { return A.Value > B.Value; });
 	FString Text = FString::Printf(TEXT("Tools used (%d total calls):\n"), Lists.TotalCalls);
 	for (int32 Index = 0; Index < FMath::Min(ListedTools, Counts.Num()); ++Index)
@@ -141,15 +146,16 @@ FString FCVXContextManager::SummarizeDroppedMessages(const TArray<FCVXMessage>& 
 	{
 		Lists.Add(Message);
 	}
-	FString Text = TEXT("[CONTEXT SUMMARY — Earlier messages were truncated to fit the context window. Key points from the "
-						"truncated portion:]\n\n");
+	FString Text =
+		TEXT("[CONTEXT SUMMARY — Earlier messages were truncated to fit the context window. Key points from the "
+			 "truncated portion:]\n\n");
 	Text += FormatLast(TEXT("User requests:\n"), Lists.Requests, ListedRequests, TEXT("requests"));
 	Text += FormatTools(Lists);
 	Text += FormatLast(TEXT("Key assistant actions:\n"), Lists.Actions, ListedActions, nullptr);
-	Text += FormatLast(TEXT("Files modified (DO NOT re-create or re-edit these):\n"), Lists.Files, ListedFiles,
-		TEXT("operations"));
-	Text += FormatLast(TEXT("Completed work results (DO NOT repeat this work):\n"), Lists.Results, Lists.Results.Num(),
-		nullptr);
+	Text += FormatLast(
+		TEXT("Files modified (DO NOT re-create or re-edit these):\n"), Lists.Files, ListedFiles, TEXT("operations"));
+	Text += FormatLast(
+		TEXT("Completed work results (DO NOT repeat this work):\n"), Lists.Results, Lists.Results.Num(), nullptr);
 	Text += FString::Printf(TEXT("[End of summary — %d messages were truncated]"), Dropped.Num());
 	if (EstimateTokensForString(Text) > MaxTokens)
 	{

@@ -1,7 +1,7 @@
 #include "Agent/CVXDelegationHistory.h"
 
-#include "Dom/JsonObject.h"
 #include "Agent/CVXAgentLog.h"
+#include "Dom/JsonObject.h"
 #include "Misc/FileHelper.h"
 #include "Serialization/JsonReader.h"
 #include "Serialization/JsonSerializer.h"
@@ -140,8 +140,8 @@ bool FCVXDelegationHistory::Save(const FString& LoopId, const FString& FilePath)
 		Values.Add(ToJson(Record));
 	}
 	FString Json;
-	if (!FJsonSerializer::Serialize(Values, TJsonWriterFactory<>::Create(&Json))
-		|| !FFileHelper::SaveStringToFile(Json, *FilePath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM))
+	if (!FJsonSerializer::Serialize(Values, TJsonWriterFactory<>::Create(&Json)) ||
+		!FFileHelper::SaveStringToFile(Json, *FilePath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM))
 	{
 		UE_LOG(LogCVXAgentLoop, Warning, TEXT("Failed to save delegation history to %s"), *FilePath);
 		return false;

@@ -15,6 +15,6 @@ bool CVXHiddenMessage::IsSystemMade(const FString& MessageId)
 		TEXT("auto-retry-"), TEXT("completion-rejected-"), TEXT("output-truncated-")};
 	static constexpr const TCHAR* Tags[] = {
 		TEXT("verify-hint"), TEXT("no-tool-nudge"), TEXT("turn-budget-warning"), TEXT("diversity-warning")};
-	return Algo::AnyOf(Prefixes, [&](const TCHAR* Prefix) { return MessageId.StartsWith(Prefix); })
-		|| Algo::AnyOf(Tags, [&](const TCHAR* Tag) { return MessageId == Tag; });
+	return Algo::AnyOf(Prefixes, [&](const TCHAR* Prefix) { return MessageId.StartsWith(Prefix); }) ||
+		Algo::AnyOf(Tags, [&](const TCHAR* Tag) { return MessageId == Tag; });
 }

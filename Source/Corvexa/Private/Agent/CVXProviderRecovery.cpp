@@ -6,8 +6,8 @@ namespace
 {
 constexpr const TCHAR* ConnectionMarkers[] = {TEXT("connection failed"), TEXT("timed out"), TEXT("Could not connect")};
 constexpr const TCHAR* BalanceMarkers[] = {TEXT("insufficient_quota"), TEXT("Insufficient Balance"), TEXT("billing")};
-constexpr const TCHAR* TransientMarkers[] = {TEXT("HTTP 429"), TEXT("rate_limit"), TEXT("Rate limit"),
-	TEXT("HTTP 503"), TEXT("overloaded"), TEXT("HTTP 529")};
+constexpr const TCHAR* TransientMarkers[] = {
+	TEXT("HTTP 429"), TEXT("rate_limit"), TEXT("Rate limit"), TEXT("HTTP 503"), TEXT("overloaded"), TEXT("HTTP 529")};
 
 /** One row of what the user is told. The first row with a marker in the error text counts. */
 struct FErrorDescription
@@ -21,14 +21,16 @@ const TArray<FErrorDescription>& GetDescriptions()
 {
 	static const TArray<FErrorDescription> Rows = {
 		{{TEXT("HTTP 401"), TEXT("Unauthorized")},
-			TEXT("**Authentication failed** — your API key is invalid or missing.\n\nCheck the API key in **CVX Settings "
+			TEXT("**Authentication failed** — your API key is invalid or missing.\n\nCheck the API key in **CVX "
+				 "Settings "
 				 "→ Provider Profiles**.\nKeys are read from environment variables (never stored in settings).")},
 		{{TEXT("HTTP 402"), TEXT("Insufficient Balance"), TEXT("Payment Required"), TEXT("insufficient_quota")},
-			TEXT("**Insufficient API balance** — your provider account has run out of credits.\n\nTop up your balance:\n"
-				 "- **Anthropic**: console.anthropic.com → Settings → Billing\n"
-				 "- **OpenAI**: platform.openai.com → Settings → Billing\n"
-				 "- **OpenRouter**: openrouter.ai → Settings → Credits\n"
-				 "- **Google**: aistudio.google.com → Settings → Billing")},
+			TEXT(
+				"**Insufficient API balance** — your provider account has run out of credits.\n\nTop up your balance:\n"
+				"- **Anthropic**: console.anthropic.com → Settings → Billing\n"
+				"- **OpenAI**: platform.openai.com → Settings → Billing\n"
+				"- **OpenRouter**: openrouter.ai → Settings → Credits\n"
+				"- **Google**: aistudio.google.com → Settings → Billing")},
 		{{TEXT("HTTP 403"), TEXT("Forbidden")},
 			TEXT("**Access denied (403)** — your API key doesn't have permission for this model or endpoint.\n\nCheck "
 				 "that the model name is correct and your account has access to it.")},

@@ -29,7 +29,8 @@ public:
 	/** Fired after each change. */
 	FOnChanged OnChanged;
 
-	/** Replaces the whole list. @param Json an array of objects with "id", "content", "status"; any other text is ignored. */
+	/** Replaces the whole list. @param Json an array of objects with "id", "content", "status"; any other text is
+	 * ignored. */
 	void UpdateFromJson(const FString& Json);
 
 	/** The array that `UpdateFromJson` reads, pretty-printed. */

@@ -85,8 +85,8 @@ int32 FCVXContextManager::EstimateTokensForMessage(const FCVXMessage& Message)
 	int32 Sum = 0;
 	for (const FCVXContentBlock& Block : Message.Content)
 	{
-		Sum += EstimateTokensForString(Block.Text) + EstimateTokensForString(Block.InputJson)
-			+ EstimateTokensForString(Block.ToolResultContent);
+		Sum += EstimateTokensForString(Block.Text) + EstimateTokensForString(Block.InputJson) +
+			EstimateTokensForString(Block.ToolResultContent);
 		if (!Block.ImageBase64.IsEmpty())
 		{
 			Sum += FMath::Max(MinImageTokens, Block.ImageBase64.Len() / Base64CharsPerImageToken);

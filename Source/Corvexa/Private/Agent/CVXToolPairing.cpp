@@ -70,11 +70,13 @@ bool RemoveLeadingNonUser(TArray<FCVXMessage>& Messages)
 
 void RemoveMessagesWithOrphanedUses(TArray<FCVXMessage>& Messages, const FIdSet& Orphans)
 {
-	Messages.RemoveAll([&](const FCVXMessage& Message) {
-		return Message.Role == ECVXMessageRole::Assistant && Algo::AnyOf(Message.Content, [&](const auto& Block) {
-			return IsToolUse(Block) && Orphans.Contains(Block.ToolUseId);
+	Messages.RemoveAll(
+		[&](const FCVXMessage& Message)
+		{
+			return Message.Role == ECVXMessageRole::Assistant &&
+				Algo::AnyOf(Message.Content,
+					[&](const auto& Block) { return IsToolUse(Block) && Orphans.Contains(Block.ToolUseId); });
 		});
-	});
 }
 
 /** What an orphaned result leaves behind: all of a sub-agent's report, the beginning of anything else. */
@@ -113,9 +115,9 @@ void ConvertOrphanedResults(FCVXMessage& Message, const FIdSet& Orphans)
 	}
 	UE_LOG(LogCorvexa, Log, TEXT("CVXContextManager: converted orphaned tool result(s) to user text (%d chars)"),
 		Preserved.Len());
-	Message = CVXHiddenMessage::Make(
-		FString::Printf(TEXT("[Previously completed work — DO NOT repeat]\n%s"), *Preserved),
-		TEXT("preserved-tool-result"));
+	Message =
+		CVXHiddenMessage::Make(FString::Printf(TEXT("[Previously completed work — DO NOT repeat]\n%s"), *Preserved),
+			TEXT("preserved-tool-result"));
 }
 
 void ConvertMessagesWithOrphanedResults(TArray<FCVXMessage>& Messages, const FIdSet& Orphans)
@@ -160,16 +162,18 @@ void StripRemainingOrphans(TArray<FCVXMessage>& Messages)
 	{
 		return;
 	}
-	UE_LOG(LogCorvexa, Warning,
-		TEXT("CVXContextManager: safety-net stripping %d orphaned uses, %d orphaned results"), Orphans.Uses.Num(),
-		Orphans.Results.Num());
+	UE_LOG(LogCorvexa, Warning, TEXT("CVXContextManager: safety-net stripping %d orphaned uses, %d orphaned results"),
+		Orphans.Uses.Num(), Orphans.Results.Num());
 	for (FCVXMessage& Message : Messages)
 	{
-		Message.Content.RemoveAll([&](const FCVXContentBlock& Block) {
-			return (Message.Role == ECVXMessageRole::Assistant && IsToolUse(Block) && Orphans.Uses.Contains(Block.ToolUseId))
-				|| (Message.Role == ECVXMessageRole::Tool && IsToolResult(Block)
-					&& Orphans.Results.Contains(Block.ToolUseId));
-		});
+		Message.Content.RemoveAll(
+			[&](const FCVXContentBlock& Block)
+			{
+				return (Message.Role == ECVXMessageRole::Assistant && IsToolUse(Block) &&
+						   Orphans.Uses.Contains(Block.ToolUseId)) ||
+					(Message.Role == ECVXMessageRole::Tool && IsToolResult(Block) &&
+						Orphans.Results.Contains(Block.ToolUseId));
+			});
 	}
 	Messages.RemoveAll([](const FCVXMessage& Message) { return Message.Content.IsEmpty(); });
 	RemoveLeadingNonUser(Messages);

@@ -40,6 +40,9 @@ public:
 	/** Finishes a parked call. An unknown id is ignored. @param bRemember keeps an "always" decision as a rule. */
 	void ResolveApproval(const FString& ToolUseId, ECVXApprovalState Decision, bool bRemember);
 
+	/** Whether a call is parked until `ResolveApproval`. */
+	bool IsPending(const FString& ToolUseId) const { return PendingApprovals.Contains(ToolUseId); }
+
 	/** Whether a call may join a batch that worker threads run through `ExecuteToolDirect`. */
 	bool CanExecuteOnBackgroundThread(const FCVXToolCall& Call, const FCVXAgentProfile& Profile) const;
 

@@ -13,10 +13,12 @@ uint32 HashCalls(const TArray<FCVXToolCall>& Calls)
 		Sorted.Add(&Call);
 	}
 	// By arguments as well, so that two calls of one tool in either order are the same turn.
-	Sorted.StableSort([](const FCVXToolCall& A, const FCVXToolCall& B) {
-		const int32 ByName = A.Name.Compare(B.Name, ESearchCase::IgnoreCase);
-		return ByName != 0 ? ByName < 0 : A.Arguments.Compare(B.Arguments, ESearchCase::IgnoreCase) < 0;
-	});
+	Sorted.StableSort(
+		[](const FCVXToolCall& A, const FCVXToolCall& B)
+		{
+			const int32 ByName = A.Name.Compare(B.Name, ESearchCase::IgnoreCase);
+			return ByName != 0 ? ByName < 0 : A.Arguments.Compare(B.Arguments, ESearchCase::IgnoreCase) < 0;
+		});
 	uint32 Hash = 0;
 	for (const FCVXToolCall* Call : Sorted)
 	{

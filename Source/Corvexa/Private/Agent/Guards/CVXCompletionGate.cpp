@@ -34,8 +34,9 @@ FObjection CheckCompileErrors(FCVXGuardContext& Context)
 	UE_LOG(LogCVXAgentLoop, Warning, TEXT("attempt_completion rejected: unresolved compile errors (retry %d/%d)"),
 		State.SelfHealRetries, CVXCompletionGate::MaxCompileRejections);
 	return Refuse(
-		FString::Printf(TEXT("[Completion rejected %d/%d] Unresolved compilation errors:\n%s\nFix all errors and recompile "
-							 "successfully before calling attempt_completion."),
+		FString::Printf(
+			TEXT("[Completion rejected %d/%d] Unresolved compilation errors:\n%s\nFix all errors and recompile "
+				 "successfully before calling attempt_completion."),
 			State.SelfHealRetries, CVXCompletionGate::MaxCompileRejections,
 			*CVXToolOutcome::GatherErrors(Context.Results, false)),
 		FString::Printf(TEXT("completion-rejected-%d"), State.SelfHealRetries));
@@ -49,11 +50,11 @@ FObjection CheckValidation(FCVXGuardContext& Context)
 	}
 	Context.State.bValidationProblemsOpen = false;
 	UE_LOG(LogCVXAgentLoop, Warning, TEXT("attempt_completion blocked: unresolved validation problems"));
-	FCVXGateVerdict Verdict =
-		Refuse(TEXT("[Completion blocked] Blueprint logical validation found problems (disconnected pins, orphan nodes, "
-					"empty functions, etc.).\nRun compile_and_check again to see current issues, fix them all, then "
-					"re-validate until 'all graphs OK'. Only then call attempt_completion."),
-			TEXT("validation-block"));
+	FCVXGateVerdict Verdict = Refuse(
+		TEXT("[Completion blocked] Blueprint logical validation found problems (disconnected pins, orphan nodes, "
+			 "empty functions, etc.).\nRun compile_and_check again to see current issues, fix them all, then "
+			 "re-validate until 'all graphs OK'. Only then call attempt_completion."),
+		TEXT("validation-block"));
 	Verdict.bKeepResults = false;
 	return Verdict;
 }
@@ -67,18 +68,19 @@ FObjection CheckCppCompiled(FCVXGuardContext& Context)
 	}
 	State.bCppWritten = false;
 	UE_LOG(LogCVXAgentLoop, Warning, TEXT("attempt_completion blocked: C++ files written but not compiled"));
-	return Refuse(TEXT("[Completion blocked] You created or modified C++ files (.h/.cpp) but did NOT compile them. "
-					   "Uncompiled C++ code is not usable in the editor — the changes only exist on disk.\nYou MUST call "
-					   "live_coding_compile (or hot_reload) and verify the compilation succeeds before calling "
-					   "attempt_completion. If there are compile errors, fix them first."),
+	return Refuse(
+		TEXT("[Completion blocked] You created or modified C++ files (.h/.cpp) but did NOT compile them. "
+			 "Uncompiled C++ code is not usable in the editor — the changes only exist on disk.\nYou MUST call "
+			 "live_coding_compile (or hot_reload) and verify the compilation succeeds before calling "
+			 "attempt_completion. If there are compile errors, fix them first."),
 		TEXT("completion-rejected-no-compile"));
 }
 
 FObjection CheckSiblings(FCVXGuardContext& Context)
 {
-	const bool bFailed = Algo::AnyOf(Context.Results, [](const FCVXCompletedToolResult& Result) {
-		return Result.bIsError && Result.ToolName != TEXT("attempt_completion");
-	});
+	const bool bFailed = Algo::AnyOf(Context.Results,
+		[](const FCVXCompletedToolResult& Result)
+		{ return Result.bIsError && Result.ToolName != TEXT("attempt_completion"); });
 	return bFailed ? FObjection(FCVXGateVerdict{FCVXGateVerdict::EKind::Drop}) : FObjection();
 }
 
@@ -90,18 +92,19 @@ FObjection CheckSubAgentWorked(FCVXGuardContext& Context)
 	}
 	UE_LOG(LogCVXAgentLoop, Warning, TEXT("attempt_completion rejected: sub-agent at depth %d had no side effects"),
 		Context.SubAgentDepth);
-	return Refuse(TEXT("[Completion rejected] You called attempt_completion but did NOT perform any actual work — no files "
-					   "written, no Python executed, no assets created. You MUST use write_file to create C++ files or "
-					   "execute_python to create Blueprint assets. Describing what you WOULD do is not the same as doing "
-					   "it. Do the work, then complete."),
+	return Refuse(
+		TEXT("[Completion rejected] You called attempt_completion but did NOT perform any actual work — no files "
+			 "written, no Python executed, no assets created. You MUST use write_file to create C++ files or "
+			 "execute_python to create Blueprint assets. Describing what you WOULD do is not the same as doing "
+			 "it. Do the work, then complete."),
 		TEXT("completion-rejected-no-work"));
 }
 
 FObjection CheckSubAgentPython(FCVXGuardContext& Context)
 {
 	FCVXGuardState& State = Context.State;
-	if (Context.SubAgentDepth <= 0 || State.PythonCallCount < MinPythonCalls
-		|| State.PythonCallCount != State.PythonFailCount)
+	if (Context.SubAgentDepth <= 0 || State.PythonCallCount < MinPythonCalls ||
+		State.PythonCallCount != State.PythonFailCount)
 	{
 		return {};
 	}
@@ -112,11 +115,12 @@ FObjection CheckSubAgentPython(FCVXGuardContext& Context)
 		TEXT("attempt_completion rejected: all %d execute_python calls failed (sub-agent depth %d)"), Calls,
 		Context.SubAgentDepth);
 	return Refuse(
-		FString::Printf(TEXT("[Completion rejected] All %d execute_python calls in this session failed with errors. None of "
-							 "the intended assets were actually created. Review the errors, fix the root cause, and "
-							 "successfully create at least one asset before calling attempt_completion. If you cannot fix "
-							 "the errors after multiple attempts, call attempt_completion with an HONEST result explaining "
-							 "what failed and why."),
+		FString::Printf(
+			TEXT("[Completion rejected] All %d execute_python calls in this session failed with errors. None of "
+				 "the intended assets were actually created. Review the errors, fix the root cause, and "
+				 "successfully create at least one asset before calling attempt_completion. If you cannot fix "
+				 "the errors after multiple attempts, call attempt_completion with an HONEST result explaining "
+				 "what failed and why."),
 			Calls),
 		TEXT("completion-rejected-all-python-failed"));
 }
@@ -152,11 +156,12 @@ FObjection CheckTodoList(FCVXGuardContext& Context)
 	Context.State.bTodoGateFired = true;
 	UE_LOG(LogCVXAgentLoop, Warning, TEXT("attempt_completion blocked: %d/%d TODO items still pending"), OpenCount,
 		Items.Num());
-	return Refuse(FString::Printf(TEXT("[Completion blocked] Your TODO list has %d/%d items NOT completed:\n%sYou MUST "
-									   "complete all TODO items before calling attempt_completion.\nIf an item is no longer "
-									   "needed, mark it cancelled in update_todo_list.\nNEVER claim work is done when TODO "
-									   "items are still pending — the user will see unfinished work and lose trust."),
-					  OpenCount, Items.Num(), *OpenItems),
+	return Refuse(
+		FString::Printf(TEXT("[Completion blocked] Your TODO list has %d/%d items NOT completed:\n%sYou MUST "
+							 "complete all TODO items before calling attempt_completion.\nIf an item is no longer "
+							 "needed, mark it cancelled in update_todo_list.\nNEVER claim work is done when TODO "
+							 "items are still pending — the user will see unfinished work and lose trust."),
+			OpenCount, Items.Num(), *OpenItems),
 		TEXT("completion-rejected-todo-pending"));
 }
 

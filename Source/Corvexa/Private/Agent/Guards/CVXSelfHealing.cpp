@@ -23,9 +23,9 @@ constexpr const TCHAR* EmptyOutputs[] = {TEXT("(no output)"), TEXT("Python execu
 
 bool IsListing(const FString& Output)
 {
-	return Algo::AnyOf(ListingPrefixes, [&](const TCHAR* Prefix) {
-		return Output.StartsWith(Prefix, ESearchCase::CaseSensitive);
-	}) || Algo::AnyOf(EmptyOutputs, [&](const TCHAR* Text) { return Output == Text; });
+	return Algo::AnyOf(ListingPrefixes,
+			   [&](const TCHAR* Prefix) { return Output.StartsWith(Prefix, ESearchCase::CaseSensitive); }) ||
+		Algo::AnyOf(EmptyOutputs, [&](const TCHAR* Text) { return Output == Text; });
 }
 
 bool IsRealSuccess(const FCVXCompletedToolResult& Result)
@@ -59,13 +59,12 @@ FString DiscoverApi(const FString& ErrorText)
 	FString Text;
 	for (const FString& Name : CVXSelfHealing::FindUnknownNames(ErrorText))
 	{
-		const FString Arguments =
-			FString::Printf(TEXT("{\"query\":\"%s\"}"), *Name.Replace(TEXT("\""), TEXT("\\\"")));
+		const FString Arguments = FString::Printf(TEXT("{\"query\":\"%s\"}"), *Name.Replace(TEXT("\""), TEXT("\\\"")));
 		const FCVXToolExecutionResult Result = Query->Execute(Arguments, FCVXAgentProfile());
 		if (!Result.bIsError && !Result.Output.IsEmpty())
 		{
-			Text += FString::Printf(TEXT("\n\n[Auto-discovered API for '%s']:\n%s"), *Name,
-				*Result.Output.Left(MaxDiscoveredChars));
+			Text += FString::Printf(
+				TEXT("\n\n[Auto-discovered API for '%s']:\n%s"), *Name, *Result.Output.Left(MaxDiscoveredChars));
 		}
 	}
 	return Text;
@@ -75,16 +74,18 @@ const TCHAR* ChooseAdvice(const FString& ErrorText, bool bPythonError)
 {
 	if (bPythonError)
 	{
-		return TEXT("Fix ONLY the broken part. Do NOT delete functions. Do NOT recreate from scratch. Do NOT create _v2 "
-					"copies.");
+		return TEXT(
+			"Fix ONLY the broken part. Do NOT delete functions. Do NOT recreate from scratch. Do NOT create _v2 "
+			"copies.");
 	}
 	if (CVXToolOutcome::ContainsAny(ErrorText, MissingClassMarkers))
 	{
-		return TEXT("STOP — these errors are likely caused by compiling BEFORE creating all C++ files.\nWhen creating "
-					"multiple interdependent C++ classes:\n1. Create ALL .h and .cpp files FIRST (use forward declarations "
-					"in headers)\n2. THEN call live_coding_compile ONCE after all files exist\nDo NOT compile after each "
-					"individual file — it wastes turns on cascading errors.\nCheck: have you created all the classes "
-					"referenced in the error? If not, create them first.");
+		return TEXT(
+			"STOP — these errors are likely caused by compiling BEFORE creating all C++ files.\nWhen creating "
+			"multiple interdependent C++ classes:\n1. Create ALL .h and .cpp files FIRST (use forward declarations "
+			"in headers)\n2. THEN call live_coding_compile ONCE after all files exist\nDo NOT compile after each "
+			"individual file — it wastes turns on cascading errors.\nCheck: have you created all the classes "
+			"referenced in the error? If not, create them first.");
 	}
 	return TEXT("Fix these specific errors and recompile. Do NOT delete and recreate — fix in place.");
 }
@@ -96,9 +97,9 @@ void AskForRetry(FCVXGuardContext& Context, const FCVXTurnFindings& Findings)
 	const FString ErrorText = CVXToolOutcome::GatherErrors(Context.Results, true);
 	const FString Discovered = Findings.bPythonError ? DiscoverApi(ErrorText) : FString();
 	const TCHAR* Title = Findings.bCompileError ? TEXT("Compilation errors") : TEXT("Python runtime error");
-	Context.AddHidden(FString::Printf(TEXT("[Auto-retry %d/%d] %s:\n%s\n%s%s"), State.SelfHealRetries,
-						  CVXSelfHealing::MaxRetries, Title, *ErrorText, ChooseAdvice(ErrorText, Findings.bPythonError),
-						  *Discovered),
+	Context.AddHidden(
+		FString::Printf(TEXT("[Auto-retry %d/%d] %s:\n%s\n%s%s"), State.SelfHealRetries, CVXSelfHealing::MaxRetries,
+			Title, *ErrorText, ChooseAdvice(ErrorText, Findings.bPythonError), *Discovered),
 		FString::Printf(TEXT("auto-retry-%d"), State.SelfHealRetries));
 	UE_LOG(LogCVXAgentLoop, Log, TEXT("Self-healing: injected retry hint (%d/%d) [%s]"), State.SelfHealRetries,
 		CVXSelfHealing::MaxRetries, Findings.bCompileError ? TEXT("compile") : TEXT("python"));
@@ -110,12 +111,14 @@ void SuggestAskingTheUser(FCVXGuardContext& Context)
 		CVXSelfHealing::MaxRetries);
 	Context.AddHidden(
 		FString::Printf(
-			TEXT("[Max retries exhausted] You have failed to fix these errors after %d attempts. Do NOT keep retrying the "
-				 "same approach. Instead:\n- Use ask_followup_question to present the problem and proposed solutions to "
-				 "the user. Include specific options like: 'Option A: try alternative approach X', 'Option B: skip this "
-				 "feature and continue', 'Option C: implement via C++ instead'.\n- The user can guide you to the right "
-				 "solution faster than blind retrying.\n- If this is a non-critical feature, you may also skip it and "
-				 "move on."),
+			TEXT(
+				"[Max retries exhausted] You have failed to fix these errors after %d attempts. Do NOT keep retrying "
+				"the "
+				"same approach. Instead:\n- Use ask_followup_question to present the problem and proposed solutions to "
+				"the user. Include specific options like: 'Option A: try alternative approach X', 'Option B: skip this "
+				"feature and continue', 'Option C: implement via C++ instead'.\n- The user can guide you to the right "
+				"solution faster than blind retrying.\n- If this is a non-critical feature, you may also skip it and "
+				"move on."),
 			CVXSelfHealing::MaxRetries),
 		TEXT("max-retries-ask-user"));
 	Context.State.SelfHealRetries = 0;

@@ -51,12 +51,13 @@ void CVXToolDiversity::Check(FCVXGuardContext& Context)
 		}
 		Context.State.bDiversityWarned = true;
 		Context.AddHidden(
-			FString::Printf(TEXT("[Diversity warning] Tool '%s' was called %d out of the last %d turns (%.0f%%). You may "
-								 "be stuck in a loop. Consider a different approach or call attempt_completion."),
+			FString::Printf(
+				TEXT("[Diversity warning] Tool '%s' was called %d out of the last %d turns (%.0f%%). You may "
+					 "be stuck in a loop. Consider a different approach or call attempt_completion."),
 				*Name, Count, Names.Num(), Share * 100.0f),
 			TEXT("diversity-warning"));
-		UE_LOG(LogCVXAgentLoop, Warning, TEXT("Diversity warning: '%s' dominates %d/%d recent tool calls"), *Name, Count,
-			Names.Num());
+		UE_LOG(LogCVXAgentLoop, Warning, TEXT("Diversity warning: '%s' dominates %d/%d recent tool calls"), *Name,
+			Count, Names.Num());
 		return;
 	}
 }

@@ -56,7 +56,8 @@ FString CVXToolOutcome::GatherErrors(const TArray<FCVXCompletedToolResult>& Resu
 	FString Text;
 	for (const FCVXCompletedToolResult& Result : Results)
 	{
-		const bool bFailed = Result.bIsError || (bWithPythonErrors && IsPython(Result) && HasPythonError(Result.Output));
+		const bool bFailed =
+			Result.bIsError || (bWithPythonErrors && IsPython(Result) && HasPythonError(Result.Output));
 		if (bFailed && !Result.Output.IsEmpty())
 		{
 			Text += FString::Printf(TEXT("%s: %s\n"), *Result.ToolName, *Result.Output.Left(MaxQuotedError));

@@ -7,7 +7,8 @@ namespace CVXToolOutcome
 {
 bool IsPython(const FCVXCompletedToolResult& Result);
 
-/** A call that can leave compile errors open: "compile", "build", "blueprint", "live_coding" or "hot_reload" in its name. */
+/** A call that can leave compile errors open: "compile", "build", "blueprint", "live_coding" or "hot_reload" in its
+ * name. */
 bool CanFailCompilation(const FString& ToolName);
 /** A call whose success closes them: "compile", "live_coding" or "hot_reload" in its name. */
 bool IsCompilation(const FString& ToolName);

@@ -30,13 +30,15 @@ void CVXVerificationHint::Check(FCVXGuardContext& Context, const FCVXTurnFinding
 	}
 	Context.AddHidden(
 		FString::Printf(
-			TEXT("[Hint] %d execute_python calls without print() verification. You cannot confirm results without output. "
-				 "Add verification prints, for example:\n  print(f'Actor: {actor.get_actor_label()} at "
-				 "{actor.get_actor_location()}')\n  print(f'Asset exists: "
-				 "{unreal.EditorAssetLibrary.does_asset_exist(\"/Game/MyAsset\")}')\n  print(f'Blueprint: "
-				 "{bp.get_name()}, compiled: {not bp.has_any_flags(unreal.ObjectFlags.RF_NEEDS_LOAD)}')\n  "
-				 "print([a.get_actor_label() for a in unreal.EditorLevelLibrary.get_all_level_actors()])\nVerify before "
-				 "proceeding to the next step."),
+			TEXT(
+				"[Hint] %d execute_python calls without print() verification. You cannot confirm results without "
+				"output. "
+				"Add verification prints, for example:\n  print(f'Actor: {actor.get_actor_label()} at "
+				"{actor.get_actor_location()}')\n  print(f'Asset exists: "
+				"{unreal.EditorAssetLibrary.does_asset_exist(\"/Game/MyAsset\")}')\n  print(f'Blueprint: "
+				"{bp.get_name()}, compiled: {not bp.has_any_flags(unreal.ObjectFlags.RF_NEEDS_LOAD)}')\n  "
+				"print([a.get_actor_label() for a in unreal.EditorLevelLibrary.get_all_level_actors()])\nVerify before "
+				"proceeding to the next step."),
 			Streak),
 		TEXT("verify-hint"));
 	Streak = 0;

@@ -14,10 +14,11 @@ constexpr const TCHAR* SceneWords[] = {TEXT("spawn_actor"), TEXT("set_actor_loca
 	TEXT("set_actor_rotation"), TEXT("set_actor_transform"), TEXT("set_world_location"), TEXT("set_world_rotation"),
 	TEXT("set_relative_location"), TEXT("set_relative_rotation"), TEXT("EditorLevelLibrary"), TEXT("set_material"),
 	TEXT("set_static_mesh"), TEXT("set_skeletal_mesh"), TEXT("DirectionalLight"), TEXT("PointLight"), TEXT("SpotLight"),
-	TEXT("SkyLight"), TEXT("RectLight"), TEXT("widget_tree"), TEXT("add_child"), TEXT("root_widget"), TEXT("PlayerStart"),
-	TEXT("set_actor_label"), TEXT("set_visibility"), TEXT("destroy_actor"), TEXT("StaticMeshActor"), TEXT("CameraActor"),
-	TEXT("ExponentialHeightFog"), TEXT("PostProcessVolume"), TEXT("landscape"), TEXT("Landscape"), TEXT("add_component"),
-	TEXT("create_level"), TEXT("LevelSequence"), TEXT("Niagara")};
+	TEXT("SkyLight"), TEXT("RectLight"), TEXT("widget_tree"), TEXT("add_child"), TEXT("root_widget"),
+	TEXT("PlayerStart"), TEXT("set_actor_label"), TEXT("set_visibility"), TEXT("destroy_actor"),
+	TEXT("StaticMeshActor"), TEXT("CameraActor"), TEXT("ExponentialHeightFog"), TEXT("PostProcessVolume"),
+	TEXT("landscape"), TEXT("Landscape"), TEXT("add_component"), TEXT("create_level"), TEXT("LevelSequence"),
+	TEXT("Niagara")};
 /** In what it printed: something to be seen came of it. */
 constexpr const TCHAR* OutcomeWords[] = {TEXT("Placed"), TEXT("spawn"), TEXT("Material applied"), TEXT("light"),
 	TEXT("Wall"), TEXT("Floor"), TEXT("saved"), TEXT("Actor:"), TEXT("Location:"), TEXT("Rotation:"), TEXT("created"),
@@ -31,17 +32,17 @@ bool ChangesTheScene(const FCVXGuardContext& Context, const FCVXCompletedToolRes
 		return false;
 	}
 	const FCVXToolCall* Call = Context.FindCall(Result.ToolUseId);
-	return (Call && CVXToolOutcome::ContainsAny(Call->Arguments, SceneWords))
-		|| CVXToolOutcome::ContainsAny(Result.Output, OutcomeWords);
+	return (Call && CVXToolOutcome::ContainsAny(Call->Arguments, SceneWords)) ||
+		CVXToolOutcome::ContainsAny(Result.Output, OutcomeWords);
 }
 } // namespace
 
 void CVXVisualVerification::Verify(FCVXGuardContext& Context, FCVXTurnFindings& Findings)
 {
 	++Context.State.TurnsSinceCapture;
-	if (!Context.bModelHasVision || !Context.Profile.bAutoVisualVerification || !Findings.Images.IsEmpty()
-		|| Context.State.TurnsSinceCapture <= 1
-		|| !Algo::AnyOf(Context.Results, [&](const auto& Result) { return ChangesTheScene(Context, Result); }))
+	if (!Context.bModelHasVision || !Context.Profile.bAutoVisualVerification || !Findings.Images.IsEmpty() ||
+		Context.State.TurnsSinceCapture <= 1 ||
+		!Algo::AnyOf(Context.Results, [&](const auto& Result) { return ChangesTheScene(Context, Result); }))
 	{
 		return;
 	}

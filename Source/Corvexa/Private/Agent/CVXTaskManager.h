@@ -1,0 +1,47 @@
+#pragma once
+
+#include "Agent/CVXTask.h"
+
+/** All conversations of the process, and which of them is active. Game thread. */
+class FCVXTaskManager
+{
+public:
+	DECLARE_MULTICAST_DELEGATE_OneParam(FOnTask, TSharedPtr<FCVXTask>);
+
+	/** Made at the first call and kept to the end of the process. */
+	static FCVXTaskManager& Get();
+
+	FOnTask OnTaskCreated;
+	/** The task may be null. */
+	FOnTask OnActiveTaskChanged;
+
+	TSharedPtr<FCVXTask> GetActiveTask() const { return ActiveTask; }
+	/** In order of creation. */
+	const TArray<TSharedPtr<FCVXTask>>& GetAllTasks() const { return Tasks; }
+	/** Null when there is none. */
+	TSharedPtr<FCVXTask> FindTask(const FString& TaskId) const;
+	/** The task whose loop this is; null for a loop without a task. */
+	TSharedPtr<FCVXTask> FindTaskOfLoop(const FCVXAgentLoop* Loop) const;
+
+	/** Makes a task with the active agent, and makes it active. @return null without usable settings, which is logged.
+	 */
+	TSharedPtr<FCVXTask> CreateNewTask(const FString& Title);
+
+	/**
+	 * Makes a task of the active agent with the first messages of another one's history; it doesn't become active.
+	 * @param MessageCount more than there are copies all, less than 1 none. @return null without such a task.
+	 */
+	TSharedPtr<FCVXTask> ForkTask(const FString& TaskId, int32 MessageCount);
+
+	/** Ends a task and its direct sub-tasks. The last task left becomes active if the active one was among them. */
+	void RemoveTask(const FString& TaskId);
+
+	/** @param Task may be null. Remembers its id in the settings. */
+	void SetActiveTask(TSharedPtr<FCVXTask> Task);
+
+private:
+	FCVXTaskManager() = default;
+
+	TArray<TSharedPtr<FCVXTask>> Tasks;
+	TSharedPtr<FCVXTask> ActiveTask;
+};

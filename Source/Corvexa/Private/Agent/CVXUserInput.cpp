@@ -1,0 +1,6 @@
+#include "Agent/CVXUserInput.h"
+
+FCVXUserInput FCVXUserInput::Prepare(const FString& Text)
+{
+	return {FCVXMessage::MakeUserText(Text), FCVXMessage::MakeUserText(Text)};
+}

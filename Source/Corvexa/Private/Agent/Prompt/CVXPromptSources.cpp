@@ -1,0 +1,7 @@
+#include "Agent/Prompt/CVXPromptSources.h"
+
+FCVXPromptSources& FCVXPromptSources::Get()
+{
+	static FCVXPromptSources Sources;
+	return Sources;
+}
