@@ -1,6 +1,7 @@
 #include "Agent/CVXTaskManager.h"
 
 #include "Core/CVXSettings.h"
+#include "Logging/LogMacros.h"
 #include "Misc/Guid.h"
 #include "Providers/CVXProviderFactory.h"
 

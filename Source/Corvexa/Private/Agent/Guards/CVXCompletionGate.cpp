@@ -81,7 +81,7 @@ FObjection CheckSiblings(FCVXGuardContext& Context)
 	const bool bFailed = Algo::AnyOf(Context.Results,
 		[](const FCVXCompletedToolResult& Result)
 		{ return Result.bIsError && Result.ToolName != TEXT("attempt_completion"); });
-	return bFailed ? FObjection(FCVXGateVerdict{FCVXGateVerdict::EKind::Drop}) : FObjection();
+	return bFailed ? FObjection(FCVXGateVerdict{FCVXGateVerdict::EKind::Drop, {}, {}, true}) : FObjection();
 }
 
 FObjection CheckSubAgentWorked(FCVXGuardContext& Context)
