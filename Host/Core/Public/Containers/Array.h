@@ -598,7 +598,7 @@ private:
 		{
 			FMemory::Memmove((void*)(Data + To), (void*)(Data + From), sizeof(T) * (SIZE_T)Count);
 		}
-		else
+		else if (To != From)
 		{
 			for (int32 Step = 0; Step < Count; ++Step)
 			{

@@ -75,7 +75,7 @@ void Step(ArrayType& Array, std::vector<int32>& Model, std::mt19937& Random)
 	case 3:
 		if (!Model.empty())
 		{
-			const int32 Count = 1 + (int32)(Random() % (Model.size() - (size_t)Place));
+			const int32 Count = (int32)(Random() % (Model.size() - (size_t)Place + 1));
 			Array.RemoveAt(Place, Count);
 			Model.erase(Model.begin() + Place, Model.begin() + Place + Count);
 		}
