@@ -2,6 +2,11 @@
 
 #include "Core/CVXLog.h"
 #include "Tools/CVXToolRegistry.h"
+#include "Tools/Conversation/CVXAskFollowupQuestionTool.h"
+#include "Tools/Conversation/CVXAttemptCompletionTool.h"
+#include "Tools/Conversation/CVXDelegateToAgentTool.h"
+#include "Tools/Conversation/CVXForkConversationTool.h"
+#include "Tools/Conversation/CVXUpdateTodoListTool.h"
 #include "Tools/Files/CVXListFilesTool.h"
 #include "Tools/Files/CVXReadFileTool.h"
 #include "Tools/Files/CVXSearchFilesTool.h"
@@ -30,6 +35,11 @@ constexpr FBuiltinTool BuiltinTools[] = {
 	{TEXT("list_files"), &Make<FCVXListFilesTool>},
 	{TEXT("search_files"), &Make<FCVXSearchFilesTool>},
 	{TEXT("search_in_files"), &Make<FCVXSearchInFilesTool>},
+	{TEXT("attempt_completion"), &Make<FCVXAttemptCompletionTool>},
+	{TEXT("ask_followup_question"), &Make<FCVXAskFollowupQuestionTool>},
+	{TEXT("update_todo_list"), &Make<FCVXUpdateTodoListTool>},
+	{TEXT("delegate_to_agent"), &Make<FCVXDelegateToAgentTool>},
+	{TEXT("fork_conversation"), &Make<FCVXForkConversationTool>},
 };
 } // namespace
 

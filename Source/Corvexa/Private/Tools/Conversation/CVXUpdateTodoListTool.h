@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Tools/CVXTool.h"
+
+/** Records the plan of the active task. */
+class FCVXUpdateTodoListTool final : public ICVXTool
+{
+public:
+	FString GetName() const override;
+	FString GetDescription() const override;
+	FString GetInputSchemaJson() const override;
+	FCVXToolExecutionResult Execute(const FString& ArgumentsJson, const FCVXAgentProfile& Profile) override;
+	bool IsReadOnly() const override { return true; }
+};
