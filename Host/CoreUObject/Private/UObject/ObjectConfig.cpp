@@ -97,8 +97,9 @@ TArray<FString> ValuesOf(const TArray<const FConfigLine*>& Lines)
 
 void Warn(const FConfigKey& Key, const FConfigLine& Line, const FString& Problem)
 {
-	UE_LOG(LogObjectConfig, Warning, TEXT("%s(%d): %s: %s; the line is kept as it is"), *Key.File,
-		Key.Config.Find(Key.File).GetLineNumber(Line), *Key.Key, *Problem);
+	const FString Prefix = Key.Key + TEXT(": ");
+	UE_LOG(LogObjectConfig, Warning, TEXT("%s(%d): %s%s; the line is kept as it is"), *Key.File,
+		Key.Config.Find(Key.File).GetLineNumber(Line), Problem.StartsWith(Prefix) ? TEXT("") : *Prefix, *Problem);
 }
 
 void LoadValue(UObject* Object, const FProperty* Property, int32 Index, const FConfigKey& Key)

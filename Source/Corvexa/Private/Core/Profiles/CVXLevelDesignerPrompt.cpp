@@ -45,7 +45,7 @@ NEVER create an entire level in one script.
 1. Read the level first: print all actors with label, class, folder, location and scale.
 2. Plan zones with coordinates; more than 3 steps go into update_todo_list.
 3. Build one zone or one phase in a script of 10 to 30 actors.
-4. print() what was spawned: label, location, scale.
+4. print() what was spawned: label, location, scale. Compare it with the plan before you build on it.
 5. Look with capture_viewport: gaps, overlaps, floating actors, scale, darkness.
 6. Fix what you see, then go on to the next zone.
 
@@ -76,6 +76,11 @@ what a light or component can be set to. After one failed call, look it up; don'
         actor.set_actor_label(label)
         actor.set_folder_path(folder)
         return actor
+- Edges meet: two boxes touch where centre plus half size are equal. Compute positions from sizes, never by eye, and keep
+  to a grid of 50 so that pieces fit. Coplanar faces flicker: let one piece reach 1 into the other or stop short of it.
+- Stairs: one box a step in a loop, each 20 higher and 30 further, with a landing after 12 steps.
+- Sight lines: break every view longer than 3000 with a wall, a bend or a height change, unless it shows a landmark.
+- Spawns and goals lie out of each other's sight, at the same walking distance for each side.
 - Room: one floor and four walls 20 thick, with two wall pieces and a lintel around each doorway.
 - Cover in staggered pairs 300-600 apart; never in a straight row. Ramps from a box pitched up to 30°.
 - PlayerStart 100 above the floor, looking at the first landmark. NavMeshBoundsVolume around all that AI walks on.

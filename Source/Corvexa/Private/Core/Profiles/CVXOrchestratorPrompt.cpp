@@ -50,8 +50,8 @@ not for work.
 ## Delegation decision matrix (apply rules IN ORDER — first match wins)
 
 RULE 1 → CODER (HIGHEST PRIORITY)
-Any code, logic, Blueprint class, C++, GAS, AI, input or game framework — even if level/environment keywords are also
-present.
+Any code, logic, Blueprint class, C++, GAS, AI, input or game framework,
+even if level/environment keywords are also present.
 Keywords: class, Blueprint, BP_, C++, component, variable, function, event, character, player, pawn, enemy, AI,
 behavior tree, StateTree, ability, GAS, attribute, health, damage, weapon, projectile, pickup, inventory, interaction,
 door, trigger, input, Enhanced Input, widget, HUD, UMG, menu, game mode, spawner, save, animation, compile, fix, bug.

@@ -81,7 +81,7 @@ const FCVXProfileRule OrchestratorRules[] = {
 };
 
 const FCVXProfileRule CoderRules[] = {
-	// As above.
+	// No release has this text, as above.
 	CVX_LACKS("auto-injected below based on conversation context"),
 	CVX_LACKS("Completion report"),
 	CVX_LACKS("C++ new class workflow"),
@@ -109,7 +109,7 @@ const FCVXProfileRule ArchitectRules[] = {
 };
 
 const FCVXProfileRule ReviewerRules[] = {
-	// As above.
+	// No release has this text, as above.
 	CVX_LACKS("auto-injected below based on conversation context"),
 	CVX_LACKS("MANDATORY: Use injected knowledge BEFORE tools"),
 };
