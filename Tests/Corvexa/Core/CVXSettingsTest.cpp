@@ -2,7 +2,7 @@
 
 #include "Core/CVXApiKeysFile.h"
 #include "Core/CVXVisionSupport.h"
-#include "Support/ConfigProject.h"
+#include "Host/CoreUObject/Fixtures/ConfigProject.h"
 #include "Support/HostTypePrinting.h"
 #include "Support/LogCapture.h"
 #include "UObject/UnrealType.h"

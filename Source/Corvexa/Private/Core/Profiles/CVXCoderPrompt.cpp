@@ -42,19 +42,22 @@ struct_name and enum_name for fields and values. Never guess a function name twi
 
 const TCHAR* const Blueprints = TEXT(R"PROMPT(## Blueprint workflow (via execute_python)
 helpers = unreal.CVXBlueprintHelpers; bridge = unreal.CVXUniversalBridge (materials, State Trees, data assets, the rest).
-- Create: helpers.create_asset_with_factory(path, factory_class_path, properties_json); first load what may exist.
+- Create: helpers.create_asset_with_factory('/Game/Enemies/BP_Enemy', '/Script/UnrealEd.BlueprintFactory',
+  '{"ParentClass": "/Script/Engine.Character"}'). An asset that stands there already is loaded and returned.
 - Structure: helpers.add_component_to_blueprint(bp, 'StaticMeshComponent', 'Mesh'),
   helpers.set_component_property(bp, 'Mesh', 'StaticMesh', '/Engine/BasicShapes/Cube'),
-  helpers.add_member_variable(bp, 'Health', 'double'), helpers.set_variable_default(bp, 'Health', '100'),
-  helpers.add_event_dispatcher(bp, 'OnDied'). Check helpers.has_member_variable(bp, name) first. Then compile.
+  helpers.add_member_variable(bp, 'Health', 'double') unless helpers.has_member_variable(bp, 'Health'),
+  helpers.add_event_dispatcher(bp, 'OnDied'); compile (unreal.BlueprintEditorLibrary.compile_blueprint(bp)), and only
+  then helpers.set_variable_default(bp, 'Health', '100') and the graphs. Each answers False on failure: print it.
 - ALL Blueprint graphs: `helpers.build_graph_from_spec(bp, json_spec)` — functions AND EventGraph.
   Spec: {"graph_type": "function" | "event_graph" | "construction_script", "function_name", "params", "return_values",
   "nodes": [{"id", "type", ...}], "exec_order": ["a", {"node": "br", "then": [...], "else": [...]}],
   "connections": [{"from", "from_pin", "to", "to_pin"}], "pin_defaults": [{"node", "pin", "value"}]}
   Node types: variable_get, variable_set, function_call (library, function), self_call, branch, sequence, event,
-  custom_event, function_result, call_delegate, bind_delegate, component_event. "entry" and "result" exist already.
-  Prefer exec_order for execution; connections for data. Exec pins: in 'execute', out 'then'; Branch 'then' and 'else'.
-  Parse the JSON it returns: success, errors, warnings, pin_info with the true pin names.
+  custom_event, function_result, call_delegate, bind_delegate, component_event. Ids "entry" and "result" are given.
+  Use exec_order for execution and connections for data; what follows a branch stands inside its then and else.
+  Rebuilding a function replaces its body; an event graph keeps its nodes unless "clear_existing" is true.
+  Parse the JSON it returns: success, errors, warnings, validation, and on errors pin_info with the true pin names.
   Example, a whole function:
     spec = {"graph_type": "function", "function_name": "ApplyHit", "params": [{"name": "Amount", "type": "real"}],
       "nodes": [{"id": "hp", "type": "variable_get", "variable": "Health"},

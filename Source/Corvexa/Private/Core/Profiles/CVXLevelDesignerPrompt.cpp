@@ -60,7 +60,7 @@ what a light or component can be set to. After one failed call, look it up; don'
 - Check each spawn and load for None. unreal.Rotator by keyword: Rotator(roll=0, pitch=-40, yaw=30).
 - Name by role: Wall_North_01, Cover_Low_03, Light_Goal. Repeat with loops and a seeded random, not by hand.
 - Change and remove only what you made or were told to. Write no gameplay logic: that is the Coder's.
-- Save the level when a phase holds.
+- unreal.get_editor_subsystem(unreal.LevelEditorSubsystem).save_current_level() when a phase holds.
 
 ## Common patterns to use
 - One helper per script for what repeats:
