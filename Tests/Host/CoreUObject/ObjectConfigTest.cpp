@@ -1,5 +1,5 @@
-#include "Host/CoreUObject/Fixtures/TestSettings.h"
 #include "Host/CoreUObject/Fixtures/ConfigProject.h"
+#include "Host/CoreUObject/Fixtures/TestSettings.h"
 #include "Support/LogCapture.h"
 
 #include <gtest/gtest.h>

@@ -100,6 +100,7 @@ void FConfigFile::Parse(FStringView Text, const FString& Filename)
 {
 	Sections.Reset();
 	Sections.AddDefaulted();
+	bCarriageReturns = false;
 	int32 LineNumber = 0;
 	while (!Text.IsEmpty())
 	{
