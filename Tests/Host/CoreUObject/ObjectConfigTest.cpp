@@ -135,6 +135,7 @@ TEST(ObjectConfig, ASaveLeavesAloneWhatAnotherProgramHasChangedSince)
 	Settings->SaveConfig(CPF_Config, *File);
 	FConfigCacheIni Other;
 	Other.SetString(*Section, TEXT("Text"), TEXT("theirs"), File);
+	Other.SetArray(*Section, TEXT("Names"), {TEXT("also theirs")}, File);
 	EXPECT_TRUE(Other.Flush(false));
 	for (int32 Round = 0; Round < 2; ++Round)
 	{
@@ -142,6 +143,7 @@ TEST(ObjectConfig, ASaveLeavesAloneWhatAnotherProgramHasChangedSince)
 		Settings->SaveConfig(CPF_Config, *File);
 		const std::string Saved = Project.Read("Config/DefaultGame.ini");
 		EXPECT_NE(Saved.find("Text=theirs"), std::string::npos) << Round << ": " << Saved;
+		EXPECT_NE(Saved.find("+Names=also theirs"), std::string::npos) << Round << ": " << Saved;
 	}
 	EXPECT_NE(Project.Read("Config/DefaultGame.ini").find("Count=5"), std::string::npos);
 }

@@ -145,7 +145,11 @@ void SaveValue(UObject* Object, const FProperty* Property, int32 Index, const FC
 	if (const FArrayProperty* Array = CastField<FArrayProperty>(Property))
 	{
 		const TArray<FString> Lines = ConfigLines::Write(Array, Data, Object, OldLines);
-		Key.Config.SetArray(*Key.Section, *Key.Key, Lines, Key.File);
+		// An empty array has no lines; to write that anew would take away what another program has added since.
+		if (!Lines.IsEmpty() || Key.IsThere())
+		{
+			Key.Config.SetArray(*Key.Section, *Key.Key, Lines, Key.File);
+		}
 		return;
 	}
 	const FString Old = OldLines.IsEmpty() ? FString() : OldLines.Last();
