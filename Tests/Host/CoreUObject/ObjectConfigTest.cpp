@@ -1,49 +1,20 @@
+#include "Host/CoreUObject/Fixtures/ConfigProject.h"
 #include "Host/CoreUObject/Fixtures/TestSettings.h"
-#include "Misc/ConfigCacheIni.h"
-#include "Misc/FileHelper.h"
-#include "Support/TempProject.h"
-#include "UObject/UObjectGlobals.h"
+#include "Support/LogCapture.h"
 
 #include <gtest/gtest.h>
 
 namespace
 {
-/** A project of its own with a config that reads its files. */
-class FConfigProject
-{
-public:
-	FConfigProject() { GConfig = &Config; }
-	~FConfigProject()
-	{
-		ShutdownUObjects();
-		GConfig = nullptr;
-	}
-
-	void Write(const std::string& File, const FString& Text) const
-	{
-		EXPECT_TRUE(FFileHelper::SaveStringToFile(Text, *Project.Path(File)));
-	}
-	FString Read(const std::string& File) const
-	{
-		FString Text;
-		EXPECT_TRUE(FFileHelper::LoadFileToString(Text, *Project.Path(File)));
-		return Text;
-	}
-
-private:
-	FTempProject Project;
-	FConfigCacheIni Config;
-};
-
 const FString Section = TEXT("/Script/ReflectionTests.TestSettings");
 
 TEST(ObjectConfig, DefaultsHoldTheConfigBeforeTheirLastHookAndNewObjectsTakeIt)
 {
 	FConfigProject Project;
 	Project.Write("Config/DefaultGame.ini",
-		TEXT("[/Script/ReflectionTests.TestSettings]\nCount=12\n+Names=a,b\n+Names=c\n")
-			TEXT("+Meals=(Food=\"hay\",Unknown=1)\n+Meals=(Amount=4)\nMood=Nonsense\nNotSaved=9\n"));
-	Project.Write("Saved/Config/Game.ini", TEXT("[/Script/ReflectionTests.TestSettings]\nText=mine\n"));
+		"[/Script/ReflectionTests.TestSettings]\nCount=12\n+Names=a,b\n+Names=c\n"
+		"+Meals=(Food=\"hay\",Unknown=1)\n+Meals=(Amount=4)\nMood=Nonsense\nNotSaved=9\n");
+	Project.Write("Saved/Config/Game.ini", "[/Script/ReflectionTests.TestSettings]\nText=mine\n");
 	const UTestSettings* Settings = GetDefault<UTestSettings>();
 	EXPECT_EQ(Settings->CountAtInit, 12);
 	ASSERT_EQ(Settings->Names.Num(), 2);
@@ -67,7 +38,7 @@ TEST(ObjectConfig, SavedSettingsReadBackTheSame)
 	Settings->Meals.SetNum(2);
 	Settings->Meals[1].Tags = {TEXT("x")};
 	Settings->SaveConfig(CPF_Config, *Settings->GetDefaultConfigFilename());
-	EXPECT_FALSE(Project.Read("Config/DefaultGame.ini").Contains(TEXT("NotSaved")));
+	EXPECT_EQ(Project.Read("Config/DefaultGame.ini").find("NotSaved"), std::string::npos);
 	GConfig->UnloadFile(Settings->GetDefaultConfigFilename());
 	UTestSettings* Fresh = NewObject<UTestSettings>();
 	Fresh->Count = 0;
@@ -88,8 +59,92 @@ TEST(ObjectConfig, OnePropertyIsUpdatedAloneAndTheOthersStayOut)
 	Settings->Count = 8;
 	Settings->UpdateSinglePropertyInConfigFile(
 		Settings->GetClass()->FindPropertyByName(TEXT("Count")), Settings->GetDefaultConfigFilename());
-	const FString Text = Project.Read("Config/DefaultGame.ini");
+	const FString Text(UTF8_TO_TCHAR(Project.Read("Config/DefaultGame.ini").c_str()));
 	EXPECT_TRUE(Text.Contains(Section) && Text.Contains(TEXT("Count=8"))) << TCHAR_TO_UTF8(*Text);
 	EXPECT_FALSE(Text.Contains(TEXT("Names")) || Text.Contains(TEXT("Mood"))) << TCHAR_TO_UTF8(*Text);
+}
+
+TEST(ObjectConfig, WhatIsGoodOfADamagedFileLoadsAndWhatIsNotOutlivesASave)
+{
+	FConfigProject Project;
+	const std::string Damaged = "; by hand\n"
+								"[/Script/ReflectionTests.TestSettings]\n"
+								"Count=many\n"
+								"NewSetting=(a,b)\n"
+								"+Meals=(Food=\"hay\",Amount=2,Spice=\"salt, (much)\")\n"
+								"+Meals=(Food=\"cut off\",Amou\n"
+								"+Meals=(Food=\"oats\",Amount=lots)\n"
+								"Mood=Nonsense\n"
+								"Text = kept\n";
+	Project.Write("Config/DefaultGame.ini", Damaged);
+	const FLogCapture Log;
+	UTestSettings* Settings = GetMutableDefault<UTestSettings>();
+	EXPECT_EQ(Settings->Count, 3);
+	EXPECT_EQ(Settings->Mood, EMood::Calm);
+	EXPECT_EQ(Settings->Text, TEXT("kept"));
+	ASSERT_EQ(Settings->Meals.Num(), 2) << "a line that ends in the middle is no element";
+	EXPECT_EQ(Settings->Meals[0].Amount, 2);
+	EXPECT_EQ(Settings->Meals[1].Food, TEXT("oats"));
+	for (int32 Line = 3; Line <= 8; ++Line)
+	{
+		EXPECT_EQ(Log.Count(FString::Printf(TEXT("DefaultGame.ini(%d): "), Line), ELogVerbosity::Warning), 1) << Line;
+	}
+
+	const FString File = Settings->GetDefaultConfigFilename();
+	Settings->SaveConfig(CPF_Config, *File);
+	EXPECT_EQ(Project.Read("Config/DefaultGame.ini"), Damaged) << "nothing has changed";
+
+	Settings->Count = 4;
+	Settings->Meals[0].Amount = 5;
+	Settings->Meals[1].Food = TEXT("barley");
+	Settings->Meals.AddDefaulted_GetRef().Food = TEXT("new");
+	Settings->SaveConfig(CPF_Config, *File);
+	const std::string Saved = Project.Read("Config/DefaultGame.ini");
+	for (const char* Kept : {"; Count=many\n", "\nCount=4\n", "NewSetting=(a,b)\n", "Mood=Nonsense\n", "Text = kept\n",
+			 "Amount=5", "Spice=\"salt, (much)\"", "+Meals=(Food=\"cut off\",Amou\n", "\"barley\"", "\"new\""})
+	{
+		EXPECT_NE(Saved.find(Kept), std::string::npos) << Kept << " in\n" << Saved;
+	}
+	Project.Restart();
+	EXPECT_EQ(GetDefault<UTestSettings>()->Meals.Num(), 3);
+	EXPECT_EQ(GetDefault<UTestSettings>()->Count, 4);
+}
+
+TEST(ObjectConfig, ASwitchThatCannotBeReadIsOffAndAMemberKeepsItsOddTextUntilItChanges)
+{
+	FConfigProject Project;
+	Project.Write("Config/DefaultGame.ini",
+		"[/Script/ReflectionTests.TestSettings]\n+Meals=(Food=\"a\",Amount=4 or so,bFresh=yes please)\n");
+	UTestSettings* Settings = GetMutableDefault<UTestSettings>();
+	ASSERT_EQ(Settings->Meals.Num(), 1);
+	EXPECT_FALSE(Settings->Meals[0].bFresh);
+	Settings->Meals[0].Tags = {TEXT("t")};
+	Settings->SaveConfig(CPF_Config, *Settings->GetDefaultConfigFilename());
+	EXPECT_NE(Project.Read("Config/DefaultGame.ini").find("Amount=4 or so"), std::string::npos);
+	EXPECT_NE(Project.Read("Config/DefaultGame.ini").find("bFresh=yes please"), std::string::npos);
+	Settings->Meals[0].bFresh = true;
+	Settings->SaveConfig(CPF_Config, *Settings->GetDefaultConfigFilename());
+	EXPECT_NE(Project.Read("Config/DefaultGame.ini").find("bFresh=True"), std::string::npos);
+}
+
+TEST(ObjectConfig, ASaveLeavesAloneWhatAnotherProgramHasChangedSince)
+{
+	FConfigProject Project;
+	UTestSettings* Settings = GetMutableDefault<UTestSettings>();
+	const FString File = Settings->GetDefaultConfigFilename();
+	Settings->SaveConfig(CPF_Config, *File);
+	FConfigCacheIni Other;
+	Other.SetString(*Section, TEXT("Text"), TEXT("theirs"), File);
+	Other.SetArray(*Section, TEXT("Names"), {TEXT("also theirs")}, File);
+	EXPECT_TRUE(Other.Flush(false));
+	for (int32 Round = 0; Round < 2; ++Round)
+	{
+		++Settings->Count;
+		Settings->SaveConfig(CPF_Config, *File);
+		const std::string Saved = Project.Read("Config/DefaultGame.ini");
+		EXPECT_NE(Saved.find("Text=theirs"), std::string::npos) << Round << ": " << Saved;
+		EXPECT_NE(Saved.find("+Names=also theirs"), std::string::npos) << Round << ": " << Saved;
+	}
+	EXPECT_NE(Project.Read("Config/DefaultGame.ini").find("Count=5"), std::string::npos);
 }
 } // namespace

@@ -18,16 +18,11 @@ struct FConfigCacheIni::FCachedFile
 namespace
 {
 /** @return false when the file is there and can't be read: writing it would lose what it holds. */
-bool ReadFile(const FString& Filename, FConfigFile& OutFile)
+bool ReadFile(const FString& Filename, FString& Text)
 {
-	FString Text;
+	Text.Reset();
 	const bool bThere = IFileManager::Get().FileExists(*Filename);
-	if (bThere && !FFileHelper::LoadFileToString(Text, *Filename))
-	{
-		return false;
-	}
-	OutFile.Parse(Text, Filename);
-	return true;
+	return !bThere || FFileHelper::LoadFileToString(Text, *Filename);
 }
 
 FString KeyOf(const FString& Filename)
@@ -46,11 +41,13 @@ FConfigCacheIni::FCachedFile& FConfigCacheIni::Load(const FString& Filename)
 	if (!File)
 	{
 		File = MakeShared<FCachedFile>();
-		if (!ReadFile(Key, File->Content))
+		FString Text;
+		if (!ReadFile(Key, Text))
 		{
 			UE_LOG(
 				LogConfigCache, Warning, TEXT("%s can't be read; defaults are used and the file isn't written"), *Key);
 		}
+		File->Content.Parse(Text, Key);
 	}
 	return *File;
 }
@@ -62,8 +59,7 @@ const FConfigFile& FConfigCacheIni::Find(const FString& Filename)
 
 bool FConfigCacheIni::GetString(const TCHAR* Section, const TCHAR* Key, FString& OutValue, const FString& Filename)
 {
-	const FConfigSection* Found = Find(Filename).FindSection(Section);
-	const FString* Value = Found ? Found->Find(Key) : nullptr;
+	const FString* Value = Find(Filename).Find(Section, Key);
 	if (Value)
 	{
 		OutValue = *Value;
@@ -106,14 +102,13 @@ bool FConfigCacheIni::GetBool(const TCHAR* Section, const TCHAR* Key, bool& OutV
 int32 FConfigCacheIni::GetArray(
 	const TCHAR* Section, const TCHAR* Key, TArray<FString>& OutValues, const FString& Filename)
 {
-	const FConfigSection* Found = Find(Filename).FindSection(Section);
-	OutValues = Found ? Found->FindArray(Key) : TArray<FString>();
+	OutValues = Find(Filename).FindArray(Section, Key);
 	return OutValues.Num();
 }
 
 bool FConfigCacheIni::DoesSectionExist(const TCHAR* Section, const FString& Filename)
 {
-	return Find(Filename).FindSection(Section) != nullptr;
+	return Find(Filename).HasSection(Section);
 }
 
 void FConfigCacheIni::Change(const FString& Filename, TFunction<void(FConfigFile&)> Change)
@@ -148,10 +143,15 @@ void FConfigCacheIni::SetArray(
 		{ File.SetArray(Section, Key, Values); });
 }
 
+void FConfigCacheIni::CommentOut(const TCHAR* Section, const TCHAR* Key, const FString& Filename)
+{
+	Change(Filename,
+		[Section = FString(Section), Key = FString(Key)](FConfigFile& File) { File.CommentOut(Section, Key); });
+}
+
 bool FConfigCacheIni::RemoveKey(const TCHAR* Section, const TCHAR* Key, const FString& Filename)
 {
-	const FConfigSection* Found = Find(Filename).FindSection(Section);
-	if (!Found || !Found->Contains(Key))
+	if (!Find(Filename).HasKey(Section, Key))
 	{
 		return false;
 	}
@@ -179,15 +179,19 @@ bool FConfigCacheIni::Write(FCachedFile& File, const FString& Filename)
 		return false;
 	}
 	const FDirectoryLock Lock(Directory, LockLimitSeconds);
-	if (!Lock.IsHeld() || !ReadFile(Filename, OnDisk))
+	FString OldText;
+	if (!Lock.IsHeld() || !ReadFile(Filename, OldText))
 	{
 		return false;
 	}
+	// What can't be understood was told of when the file was first read.
+	OnDisk.Parse(OldText, FString());
 	for (const TFunction<void(FConfigFile&)>& Change : File.Changes)
 	{
 		Change(OnDisk);
 	}
-	if (!FFileHelper::SaveStringToFile(OnDisk.ToText(), *Filename))
+	const FString NewText = OnDisk.ToText();
+	if (!NewText.Equals(OldText) && !FFileHelper::SaveStringToFile(NewText, *Filename))
 	{
 		return false;
 	}

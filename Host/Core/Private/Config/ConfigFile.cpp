@@ -22,13 +22,10 @@ FString LineText(const FConfigLine& Line)
 	return Operation + Line.Key + TEXT("=") + ConfigValue::Quote(Line.Value);
 }
 
-FConfigLine MakeLine(FStringView Key, FStringView Value, TCHAR Operation)
+void AppendLine(FString& Text, const FConfigLine& Line)
 {
-	FConfigLine Line;
-	Line.Key = FString(Key);
-	Line.Value = FString(Value);
-	Line.Operation = Operation;
-	return Line;
+	Text += LineText(Line);
+	Text += Line.bCarriageReturn ? TEXT("\r\n") : TEXT("\n");
 }
 
 /** The place behind the section's last line that isn't blank, so that what is added stays above the gap. */
@@ -42,99 +39,121 @@ int32 EndOfContent(const FConfigSection& Section)
 	}
 	return End;
 }
-} // namespace
 
-const FString* FConfigSection::Find(FStringView Key) const
+bool HasValue(const TArray<const FConfigLine*>& Lines, const FString& Value)
 {
-	const int32 Index =
-		Lines.FindLastByPredicate([Key](const FConfigLine& Line) { return Line.Operation == 0 && Line.Key == Key; });
-	return Index == INDEX_NONE ? nullptr : &Lines[Index].Value;
+	return Lines.ContainsByPredicate([&Value](const FConfigLine* Each) { return Each->Value.Equals(Value); });
 }
 
-TArray<FString> FConfigSection::FindArray(FStringView Key) const
+/** Whether the lines give these values, letter for letter. */
+bool Says(const TArray<const FConfigLine*>& Lines, const TArray<FString>& Values)
 {
-	TArray<FString> Values;
-	const auto Remove = [&Values](const FString& Value)
-	{ Values.RemoveAll([&Value](const FString& Each) { return Each.Equals(Value); }); };
-	for (const FConfigLine& Line : Lines)
+	bool bSame = Lines.Num() == Values.Num();
+	for (int32 Index = 0; bSame && Index < Values.Num(); ++Index)
 	{
-		if (!(Line.Key == Key))
+		bSame = Lines[Index]->Value.Equals(Values[Index]);
+	}
+	return bSame;
+}
+
+/** Carries out one line on the values that stand so far. */
+void ApplyLine(const FConfigLine& Line, TArray<const FConfigLine*>& Values)
+{
+	switch (Line.Operation)
+	{
+	case u'!':
+		Values.Reset();
+		return;
+	case u'-':
+		Values.RemoveAll([&Line](const FConfigLine* Each) { return Each->Value.Equals(Line.Value); });
+		return;
+	default:
+		if (Line.Operation != u'+' || !HasValue(Values, Line.Value))
+		{
+			Values.Add(&Line);
+		}
+	}
+}
+
+/** Visits the lines of all places of a section that have the key. */
+template <typename SectionsType, typename VisitorType>
+void VisitLines(SectionsType& Sections, FStringView Name, FStringView Key, VisitorType&& Visit)
+{
+	for (auto& Section : Sections)
+	{
+		if (!(Section.Name == Name))
 		{
 			continue;
 		}
-		switch (Line.Operation)
+		for (auto& Line : Section.Lines)
 		{
-		case u'!':
-			Values.Reset();
-			break;
-		case u'-':
-			Remove(Line.Value);
-			break;
-		case u'+':
-			if (!Values.ContainsByPredicate([&Line](const FString& Each) { return Each.Equals(Line.Value); }))
+			if (Line.Key == Key)
 			{
-				Values.Add(Line.Value);
+				Visit(Line);
 			}
-			break;
-		default:
-			Values.Add(Line.Value);
 		}
 	}
-	return Values;
 }
-
-bool FConfigSection::Contains(FStringView Key) const
-{
-	return Lines.ContainsByPredicate([Key](const FConfigLine& Line) { return Line.Key == Key; });
-}
+} // namespace
 
 void FConfigFile::Parse(FStringView Text, const FString& Filename)
 {
 	Sections.Reset();
 	Sections.AddDefaulted();
-	TArray<FString> Lines;
-	FString(Text).ParseIntoArrayLines(Lines, false);
-	if (!Lines.IsEmpty() && Lines.Last().IsEmpty())
+	bCarriageReturns = false;
+	int32 LineNumber = 0;
+	while (!Text.IsEmpty())
 	{
-		Lines.Pop();
-	}
-	for (int32 Index = 0; Index < Lines.Num(); ++Index)
-	{
-		ParseLine(Lines[Index], Filename, Index + 1);
+		int32 Length = 0;
+		const bool bEnded = Text.FindChar(u'\n', Length);
+		FStringView Raw = bEnded ? Text.Left(Length) : Text;
+		Text = bEnded ? Text.RightChop(Length + 1) : FStringView();
+		FConfigLine Line;
+		Line.bCarriageReturn = bEnded ? Raw.EndsWith(u'\r') : bCarriageReturns;
+		Line.Raw = FString(bEnded && Line.bCarriageReturn ? Raw.LeftChop(1) : Raw);
+		bCarriageReturns = LineNumber == 0 ? Line.bCarriageReturn : bCarriageReturns;
+		ParseLine(Line, Filename, ++LineNumber);
 	}
 }
 
-void FConfigFile::ParseLine(FStringView Line, const FString& Filename, int32 LineNumber)
+void FConfigFile::ParseLine(const FConfigLine& Line, const FString& Filename, int32 LineNumber)
 {
-	FStringView Rest = Line.TrimStartAndEnd();
-	FConfigLine Parsed;
-	Parsed.Raw = FString(Line);
-	if (Rest.StartsWith(u'[') && Rest.EndsWith(u']'))
+	const FStringView Text = FStringView(Line.Raw).TrimStartAndEnd();
+	if (Text.StartsWith(u'[') && Text.EndsWith(u']'))
 	{
 		FConfigSection& Section = Sections.AddDefaulted_GetRef();
-		Section.Name = FString(Rest.Mid(1, Rest.Len() - 2));
+		Section.Name = FString(Text.Mid(1, Text.Len() - 2));
+		Section.Header = Line;
+		return;
+	}
+	FConfigLine& Parsed = Sections.Last().Lines.Add_GetRef(Line);
+	if (Text.IsEmpty() || Text.StartsWith(u';') || Text.StartsWith(u'#'))
+	{
 		return;
 	}
 	int32 Equals = INDEX_NONE;
-	const bool bComment = Rest.IsEmpty() || Rest.StartsWith(u';') || Rest.StartsWith(u'#');
-	if (!bComment && (!Rest.FindChar(u'=', Equals) || Equals == 0))
+	if (Text.FindChar(u'=', Equals) && Equals > 0)
+	{
+		ParseValue(Parsed, Text, Equals, Filename, LineNumber);
+	}
+	else if (!Filename.IsEmpty())
 	{
 		UE_LOG(LogConfig, Warning,
 			TEXT("%s(%d): not a section, a comment or a key with its value; the line is kept as it is"), *Filename,
 			LineNumber);
 	}
-	else if (!bComment)
+}
+
+void FConfigFile::ParseValue(
+	FConfigLine& Line, FStringView Text, int32 Equals, const FString& Filename, int32 LineNumber) const
+{
+	Line.Operation = IsOperation(Text[0]) ? Text[0] : TCHAR(0);
+	Line.Key = FString(Text.Left(Equals).RightChop(Line.Operation ? 1 : 0).TrimStartAndEnd());
+	if (!ConfigValue::Unquote(Text.RightChop(Equals + 1).TrimStart(), Line.Value) && !Filename.IsEmpty())
 	{
-		Parsed.Operation = IsOperation(Rest[0]) ? Rest[0] : TCHAR(0);
-		Parsed.Key = FString(Rest.Left(Equals).RightChop(Parsed.Operation ? 1 : 0).TrimStartAndEnd());
-		if (!ConfigValue::Unquote(Rest.RightChop(Equals + 1).TrimStart(), Parsed.Value))
-		{
-			UE_LOG(LogConfig, Warning,
-				TEXT("%s(%d): the quote of '%s' isn't closed; the rest of the line is its value"), *Filename,
-				LineNumber, *Parsed.Key);
-		}
+		UE_LOG(LogConfig, Warning, TEXT("%s(%d): the quote of '%s' isn't closed; the rest of the line is its value"),
+			*Filename, LineNumber, *Line.Key);
 	}
-	Sections.Last().Lines.Add(MoveTemp(Parsed));
 }
 
 FString FConfigFile::ToText() const
@@ -142,40 +161,28 @@ FString FConfigFile::ToText() const
 	FString Text;
 	for (const FConfigSection& Section : Sections)
 	{
-		if (!Section.Name.IsEmpty())
+		if (!Section.Name.IsEmpty() || !Section.Header.Raw.IsEmpty())
 		{
-			Text.Appendf(TEXT("[%s]\n"), *Section.Name);
+			AppendLine(Text, Section.Header);
 		}
 		for (const FConfigLine& Line : Section.Lines)
 		{
-			Text += LineText(Line);
-			Text += u'\n';
+			AppendLine(Text, Line);
 		}
 	}
 	return Text;
 }
 
-const FConfigSection* FConfigFile::FindSection(FStringView Name) const
+bool FConfigFile::HasSection(FStringView Name) const
 {
-	return Sections.FindByPredicate([Name](const FConfigSection& Each) { return Each.Name == Name; });
+	return Sections.ContainsByPredicate([Name](const FConfigSection& Each) { return Each.Name == Name; });
 }
 
-FConfigSection& FConfigFile::FindOrAddSection(FStringView Name)
+bool FConfigFile::HasKey(FStringView Section, FStringView Key) const
 {
-	FConfigSection* Found = Sections.FindByPredicate([Name](const FConfigSection& Each) { return Each.Name == Name; });
-	if (Found)
-	{
-		return *Found;
-	}
-	// A blank line before the new section, unless it is the first thing in the file.
-	if (!Sections.IsEmpty() && EndOfContent(Sections.Last()) == Sections.Last().Lines.Num() &&
-		!(Sections.Num() == 1 && Sections[0].Lines.IsEmpty()))
-	{
-		Sections.Last().Lines.AddDefaulted();
-	}
-	FConfigSection& Section = Sections.AddDefaulted_GetRef();
-	Section.Name = FString(Name);
-	return Section;
+	bool bFound = false;
+	VisitLines(Sections, Section, Key, [&](const FConfigLine&) { bFound = true; });
+	return bFound;
 }
 
 void FConfigFile::GetSectionNames(TArray<FString>& OutNames) const
@@ -190,35 +197,165 @@ void FConfigFile::GetSectionNames(TArray<FString>& OutNames) const
 	}
 }
 
+const FString* FConfigFile::Find(FStringView Section, FStringView Key) const
+{
+	const FString* Found = nullptr;
+	VisitLines(
+		Sections, Section, Key, [&](const FConfigLine& Line) { Found = Line.Operation == 0 ? &Line.Value : Found; });
+	return Found;
+}
+
+TArray<const FConfigLine*> FConfigFile::FindLines(FStringView Section, FStringView Key) const
+{
+	TArray<const FConfigLine*> Values;
+	VisitLines(Sections, Section, Key, [&](const FConfigLine& Line) { ApplyLine(Line, Values); });
+	return Values;
+}
+
+TArray<FString> FConfigFile::FindArray(FStringView Section, FStringView Key) const
+{
+	TArray<FString> Values;
+	for (const FConfigLine* Line : FindLines(Section, Key))
+	{
+		Values.Add(Line->Value);
+	}
+	return Values;
+}
+
+TArray<const FConfigLine*> FConfigFile::GetKeyLines(FStringView Name) const
+{
+	TArray<const FConfigLine*> Lines;
+	for (const FConfigSection& Section : Sections)
+	{
+		for (const FConfigLine& Line : Section.Lines)
+		{
+			if (Section.Name == Name && !Line.Key.IsEmpty())
+			{
+				Lines.Add(&Line);
+			}
+		}
+	}
+	return Lines;
+}
+
+int32 FConfigFile::GetLineNumber(const FConfigLine& Line) const
+{
+	int32 Number = 0;
+	for (const FConfigSection& Section : Sections)
+	{
+		Number += Section.Header.Raw.IsEmpty() && Section.Name.IsEmpty() ? 0 : 1;
+		const int32 Index =
+			Section.Lines.IndexOfByPredicate([&Line](const FConfigLine& Each) { return &Each == &Line; });
+		if (Index != INDEX_NONE)
+		{
+			return Number + Index + 1;
+		}
+		Number += Section.Lines.Num();
+	}
+	check(false);
+	return 0;
+}
+
+FConfigSection& FConfigFile::FindOrAddSection(FStringView Name)
+{
+	FConfigSection* Found = Sections.FindByPredicate([Name](const FConfigSection& Each) { return Each.Name == Name; });
+	if (Found)
+	{
+		return *Found;
+	}
+	// A blank line before the new section, unless it is the first thing in the file.
+	if (!Sections.IsEmpty() && EndOfContent(Sections.Last()) == Sections.Last().Lines.Num() &&
+		!(Sections.Num() == 1 && Sections[0].Lines.IsEmpty()))
+	{
+		Sections.Last().Lines.AddDefaulted_GetRef().bCarriageReturn = bCarriageReturns;
+	}
+	FConfigSection& Section = Sections.AddDefaulted_GetRef();
+	Section.Name = FString(Name);
+	Section.Header.Raw = TEXT("[") + Section.Name + TEXT("]");
+	Section.Header.bCarriageReturn = bCarriageReturns;
+	return Section;
+}
+
+FConfigLine FConfigFile::MakeLine(FStringView Key, FStringView Value, TCHAR Operation) const
+{
+	FConfigLine Line;
+	Line.Key = FString(Key);
+	Line.Value = FString(Value);
+	Line.Operation = Operation;
+	Line.bCarriageReturn = bCarriageReturns;
+	return Line;
+}
+
 void FConfigFile::SetString(FStringView SectionName, FStringView Key, FStringView Value)
 {
-	FConfigSection& Section = FindOrAddSection(SectionName);
-	const int32 Place = Section.Lines.FindLastByPredicate(
-		[Key](const FConfigLine& Line) { return Line.Operation == 0 && Line.Key == Key; });
-	if (Place == INDEX_NONE)
+	FConfigLine* Last = nullptr;
+	VisitLines(Sections, SectionName, Key, [&](FConfigLine& Line) { Last = Line.Operation == 0 ? &Line : Last; });
+	const FConfigLine New = MakeLine(Key, Value, 0);
+	if (!Last)
 	{
-		Section.Lines.Insert(MakeLine(Key, Value, 0), EndOfContent(Section));
-		return;
+		FConfigSection& Section = FindOrAddSection(SectionName);
+		Section.Lines.Insert(New, EndOfContent(Section));
 	}
-	Section.Lines[Place] = MakeLine(Key, Value, 0);
+	else if (!Last->Value.Equals(New.Value))
+	{
+		*Last = New;
+	}
 }
 
 void FConfigFile::SetArray(FStringView SectionName, FStringView Key, const TArray<FString>& Values)
 {
-	FConfigSection& Section = FindOrAddSection(SectionName);
-	const auto bMatches = [Key](const FConfigLine& Line) { return Line.Key == Key; };
-	const int32 First = Section.Lines.IndexOfByPredicate(bMatches);
-	Section.Lines.RemoveAll(bMatches);
-	const int32 Place = First == INDEX_NONE ? EndOfContent(Section) : First;
+	if (Says(FindLines(SectionName, Key), Values) && HasKey(SectionName, Key))
+	{
+		return;
+	}
+	TArray<FConfigLine> OldLines;
+	VisitLines(Sections, SectionName, Key, [&](const FConfigLine& Line) { OldLines.Add(Line); });
 	TArray<FConfigLine> NewLines;
 	for (const FString& Value : Values)
 	{
+		const auto bSame = [&Value](const FConfigLine& Line) { return Line.Value.Equals(Value); };
 		// Equal values would be added once only by a plus.
-		const bool bRepeated =
-			NewLines.ContainsByPredicate([&Value](const FConfigLine& Line) { return Line.Value.Equals(Value); });
-		NewLines.Add(MakeLine(Key, Value, bRepeated ? u'.' : u'+'));
+		const TCHAR Operation = NewLines.ContainsByPredicate(bSame) ? u'.' : u'+';
+		const FConfigLine* Old = OldLines.FindByPredicate(
+			[&](const FConfigLine& Line) { return Line.Operation == Operation && bSame(Line); });
+		NewLines.Add(Old ? *Old : MakeLine(Key, Value, Operation));
 	}
+	int32 Place = INDEX_NONE;
+	FConfigSection& Section = TakeKeyAway(SectionName, Key, Place);
 	Section.Lines.Insert(NewLines, Place);
+}
+
+FConfigSection& FConfigFile::TakeKeyAway(FStringView SectionName, FStringView Key, int32& OutPlace)
+{
+	const auto bMatches = [Key](const FConfigLine& Line) { return Line.Key == Key; };
+	FConfigSection* First = nullptr;
+	for (FConfigSection& Section : Sections)
+	{
+		const int32 Index = Section.Name == SectionName ? Section.Lines.IndexOfByPredicate(bMatches) : INDEX_NONE;
+		if (Index != INDEX_NONE)
+		{
+			OutPlace = First ? OutPlace : Index;
+			First = First ? First : &Section;
+			Section.Lines.RemoveAll(bMatches);
+		}
+	}
+	if (!First)
+	{
+		First = &FindOrAddSection(SectionName);
+		OutPlace = EndOfContent(*First);
+	}
+	return *First;
+}
+
+void FConfigFile::CommentOut(FStringView SectionName, FStringView Key)
+{
+	VisitLines(Sections, SectionName, Key,
+		[](FConfigLine& Line)
+		{
+			Line.Raw = TEXT("; ") + LineText(Line);
+			Line.Key.Reset();
+			Line.Value.Reset();
+		});
 }
 
 bool FConfigFile::RemoveKey(FStringView SectionName, FStringView Key)

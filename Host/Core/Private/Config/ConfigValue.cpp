@@ -28,7 +28,7 @@ FString ConfigValue::Quote(const FString& Value)
 			Result += TEXT("\\r");
 			break;
 		default:
-			Result.AppendChar(Char);
+			Result.AppendChars(&Char, 1);
 		}
 	}
 	return Result + TEXT("\"");
@@ -51,7 +51,8 @@ bool ConfigValue::Unquote(FStringView Text, FString& OutValue)
 		}
 		const bool bEscape = Text[Index] == u'\\' && Index + 1 < Text.Len();
 		const TCHAR Char = bEscape ? Text[++Index] : Text[Index];
-		Result.AppendChar(bEscape && Char == u'n' ? u'\n' : (bEscape && Char == u'r' ? u'\r' : Char));
+		const TCHAR Meant = bEscape && Char == u'n' ? u'\n' : (bEscape && Char == u'r' ? u'\r' : Char);
+		Result.AppendChars(&Meant, 1);
 	}
 	return false;
 }

@@ -1,7 +1,12 @@
+#include "Logging/LogMacros.h"
 #include "Misc/ConfigCacheIni.h"
-#include "Misc/OutputDevice.h"
 #include "Misc/Paths.h"
+#include "Properties/ConfigLines.h"
+#include "Properties/ConfigText.h"
+#include "Properties/ScratchValue.h"
 #include "UObject/UnrealType.h"
+
+DEFINE_LOG_CATEGORY_STATIC(LogObjectConfig, Log, All);
 
 namespace
 {
@@ -12,13 +17,6 @@ struct FConfigPlace
 	/** Later files go before earlier ones when reading; the last is written. */
 	TArray<FString> Files;
 	FString Section;
-};
-
-/** Takes the reports of an attempt that may fail. */
-class FSilence : public FOutputDevice
-{
-public:
-	void Serialize(const TCHAR*, ELogVerbosity::Type, const FName&) override {}
 };
 
 FString DefaultFile(const UClass* Class)
@@ -56,84 +54,145 @@ FString KeyOf(const FProperty* Property, int32 Index)
 	return Property->ArrayDim > 1 ? FString::Printf(TEXT("%s[%d]"), *Property->GetName(), Index) : Property->GetName();
 }
 
-/** Reads an array, a line an element. @return false, with no change, if an element can't be read. */
-bool ReadLines(
-	const FArrayProperty* Property, void* Data, const TArray<FString>& Lines, UObject* Object, FOutputDevice* Error)
+/** One key in one file. */
+struct FConfigKey
 {
-	FScriptArrayHelper Helper(Property, Data);
-	const int32 OldNum = Helper.Num();
-	for (const FString& Line : Lines)
-	{
-		const int32 Index = Helper.AddValue();
-		if (!Property->Inner->ImportText_Direct(*Line, Helper.GetRawPtr(Index), Object, PPF_None, Error))
-		{
-			Helper.Resize(OldNum);
-			return false;
-		}
-	}
-	Helper.RemoveValues(0, OldNum);
-	return true;
+	FConfigCacheIni& Config;
+	const FString& File;
+	const FString& Section;
+	FString Key;
+
+	bool IsThere() const { return Config.Find(File).HasKey(Section, Key); }
+	TArray<const FConfigLine*> FindLines() const { return Config.Find(File).FindLines(Section, Key); }
+	FString GetPlace() const { return File + TEXT("|") + Section + TEXT("|") + Key; }
+};
+
+/**
+ * The value that an object had when a key was last read or written for it. A save leaves keys alone whose value is
+ * still that: they may hold what this program couldn't read, or what another one has written since.
+ */
+TMap<FString, FString>& KnownValues()
+{
+	static TMap<FString, FString> Values;
+	return Values;
 }
 
-/** Reads an array that stands in lines, or as one list `(a,b,c)`. */
-void ReadArray(const FArrayProperty* Property, void* Data, const TArray<FString>& Lines, UObject* Object)
+FString ExportWhole(UObject* Object, const FProperty* Property, int32 Index)
 {
-	FSilence Silence;
-	const bool bMayBeList = Lines.Num() == 1 && Lines[0].StartsWith(TEXT("("));
-	if (!ReadLines(Property, Data, Lines, Object, bMayBeList ? &Silence : nullptr) && bMayBeList)
-	{
-		Property->ImportText_Direct(*Lines[0], Data, Object, PPF_None);
-	}
+	FString Text;
+	Property->ExportTextItem_Direct(
+		Text, Property->ContainerPtrToValuePtr<void>(Object, Index), nullptr, Object, PPF_None);
+	return Text;
 }
 
-TArray<FString> FindLines(const FConfigPlace& Place, const FString& Key)
+TArray<FString> ValuesOf(const TArray<const FConfigLine*>& Lines)
 {
-	TArray<FString> Lines;
-	for (int32 Index = Place.Files.Num() - 1; Lines.IsEmpty() && Index >= 0; --Index)
+	TArray<FString> Values;
+	for (const FConfigLine* Line : Lines)
 	{
-		Place.Config.GetArray(*Place.Section, *Key, Lines, Place.Files[Index]);
+		Values.Add(Line->Value);
 	}
-	return Lines;
+	return Values;
+}
+
+void Warn(const FConfigKey& Key, const FConfigLine& Line, const FString& Problem)
+{
+	const FString Prefix = Key.Key + TEXT(": ");
+	UE_LOG(LogObjectConfig, Warning, TEXT("%s(%d): %s%s; the line is kept as it is"), *Key.File,
+		Key.Config.Find(Key.File).GetLineNumber(Line), Problem.StartsWith(Prefix) ? TEXT("") : *Prefix, *Problem);
+}
+
+void LoadValue(UObject* Object, const FProperty* Property, int32 Index, const FConfigKey& Key)
+{
+	const TArray<const FConfigLine*> Lines = Key.FindLines();
+	void* Data = Property->ContainerPtrToValuePtr<void>(Object, Index);
+	if (const FArrayProperty* Array = CastField<FArrayProperty>(Property))
+	{
+		ConfigLines::Read(Array, ValuesOf(Lines), Data, Object,
+			[&](int32 Line, const FString& Problem) { Warn(Key, *Lines[Line], Problem); });
+	}
+	else if (!Lines.IsEmpty())
+	{
+		// A value that can't be read has been told of, and the property keeps its own.
+		(void)ConfigText::Read(Property, Lines.Last()->Value, Data, Object,
+			[&](const FString& Problem) { Warn(Key, *Lines.Last(), Problem); });
+	}
+	KnownValues().Add(Key.GetPlace(), ExportWhole(Object, Property, Index));
 }
 
 void LoadProperty(UObject* Object, const FProperty* Property, const FConfigPlace& Place)
 {
 	for (int32 Index = 0; Index < Property->ArrayDim; ++Index)
 	{
-		const TArray<FString> Lines = FindLines(Place, KeyOf(Property, Index));
-		void* Data = Property->ContainerPtrToValuePtr<void>(Object, Index);
-		const FArrayProperty* Array = CastField<FArrayProperty>(Property);
-		if (Array && !Lines.IsEmpty())
+		bool bLoaded = false;
+		for (int32 File = Place.Files.Num() - 1; File >= 0; --File)
 		{
-			ReadArray(Array, Data, Lines, Object);
-		}
-		else if (!Lines.IsEmpty())
-		{
-			Property->ImportText_Direct(*Lines.Last(), Data, Object, PPF_None);
+			const FConfigKey Key{Place.Config, Place.Files[File], Place.Section, KeyOf(Property, Index)};
+			KnownValues().Remove(Key.GetPlace());
+			if (!bLoaded && !Key.FindLines().IsEmpty())
+			{
+				LoadValue(Object, Property, Index, Key);
+				bLoaded = true;
+			}
 		}
 	}
 }
 
-void SaveProperty(UObject* Object, const FProperty* Property, const FConfigPlace& Place)
+void SaveValue(UObject* Object, const FProperty* Property, int32 Index, const FConfigKey& Key)
+{
+	const TArray<FString> OldLines = ValuesOf(Key.FindLines());
+	const void* Data = Property->ContainerPtrToValuePtr<void>(Object, Index);
+	if (const FArrayProperty* Array = CastField<FArrayProperty>(Property))
+	{
+		const TArray<FString> Lines = ConfigLines::Write(Array, Data, Object, OldLines);
+		// An empty array has no lines; to write that anew would take away what another program has added since.
+		if (!Lines.IsEmpty() || Key.IsThere())
+		{
+			Key.Config.SetArray(*Key.Section, *Key.Key, Lines, Key.File);
+		}
+		return;
+	}
+	const FString Old = OldLines.IsEmpty() ? FString() : OldLines.Last();
+	const FScratchValue Scratch(Property);
+	if (!OldLines.IsEmpty() && !ConfigText::Read(Property, Old, Scratch.Get(), Object, [](const FString&) {}))
+	{
+		Key.Config.CommentOut(*Key.Section, *Key.Key, Key.File);
+	}
+	Key.Config.SetString(*Key.Section, *Key.Key, *ConfigText::Write(Property, Data, Object, Old), Key.File);
+}
+
+/** @param bAlways also what hasn't changed since it was last read or written. */
+void SaveProperty(UObject* Object, const FProperty* Property, const FConfigPlace& Place, bool bAlways)
 {
 	for (int32 Index = 0; Index < Property->ArrayDim; ++Index)
 	{
-		TArray<FString> Lines;
-		void* Data = Property->ContainerPtrToValuePtr<void>(Object, Index);
-		if (const FArrayProperty* Array = CastField<FArrayProperty>(Property))
+		const FConfigKey Key{Place.Config, Place.Files.Last(), Place.Section, KeyOf(Property, Index)};
+		const FString Whole = ExportWhole(Object, Property, Index);
+		FString& Known = KnownValues().FindOrAdd(Key.GetPlace());
+		if (bAlways || !Key.IsThere() || !Known.Equals(Whole))
 		{
-			const FScriptArrayHelper Helper(Array, Data);
-			for (int32 Element = 0; Element < Helper.Num(); ++Element)
+			SaveValue(Object, Property, Index, Key);
+			Known = Whole;
+		}
+	}
+}
+
+/** Tells of the keys in a class's section that none of its properties has. */
+void WarnOfUnknownKeys(const UClass* Class, const TArray<FString>& Files)
+{
+	const FString Section = Class->GetConfigSection();
+	for (const FString& File : Files)
+	{
+		for (const FConfigLine* Line : GConfig->Find(File).GetKeyLines(Section))
+		{
+			FString Name = Line->Key;
+			Line->Key.Split(TEXT("["), &Name, nullptr);
+			const FProperty* Property = Class->FindPropertyByName(FName(Name, FNAME_Find));
+			if (!Property || !Property->HasAnyPropertyFlags(CPF_Config))
 			{
-				Array->Inner->ExportTextItem_Direct(
-					Lines.AddDefaulted_GetRef(), Helper.GetRawPtr(Element), nullptr, Object, PPF_None);
+				Warn({*GConfig, File, Section, Line->Key}, *Line, TEXT("no setting has this name"));
 			}
 		}
-		else
-		{
-			Property->ExportTextItem_Direct(Lines.AddDefaulted_GetRef(), Data, nullptr, Object, PPF_None);
-		}
-		Place.Config.SetArray(*Place.Section, *KeyOf(Property, Index), Lines, Place.Files.Last());
 	}
 }
 } // namespace
@@ -154,6 +213,10 @@ void UObject::LoadConfig(UClass* ConfigClass, const TCHAR* Filename, uint32, FPr
 		{
 			LoadProperty(this, Each, PlaceOf(*GConfig, this, Each, Class, Filename));
 		}
+	}
+	if (GConfig && HasAnyFlags(RF_ClassDefaultObject) && Class == GetClass() && !PropertyToLoad && !Filename)
+	{
+		WarnOfUnknownKeys(Class, {DefaultFile(Class), SavedFile(Class)});
 	}
 }
 
@@ -178,7 +241,7 @@ void UObject::SaveConfig(uint64 Flags, const TCHAR* Filename, FConfigCacheIni* C
 		if (Each->HasAnyPropertyFlags(CPF_Config) && Each->HasAnyPropertyFlags(Flags))
 		{
 			const FConfigPlace Place = PlaceOf(*Target, this, Each, GetClass(), Filename);
-			SaveProperty(this, Each, Place);
+			SaveProperty(this, Each, Place, false);
 			Files.Add(Place.Files.Last());
 			Each->CopyCompleteValue_InContainer(Defaults, this);
 		}
@@ -195,7 +258,7 @@ void UObject::UpdateSinglePropertyInConfigFile(const FProperty* InProperty, cons
 	check(InProperty && InProperty->HasAnyPropertyFlags(CPF_Config));
 	if (GConfig)
 	{
-		SaveProperty(this, InProperty, PlaceOf(*GConfig, this, InProperty, GetClass(), *InConfigIniName));
+		SaveProperty(this, InProperty, PlaceOf(*GConfig, this, InProperty, GetClass(), *InConfigIniName), true);
 		(void)GConfig->Flush(false, InConfigIniName);
 	}
 }

@@ -1,6 +1,8 @@
 #include "Core/CVXSettings.h"
 
 #include "Core/CVXLog.h"
+#include "Core/CVXSettingsMigrations.h"
+#include "Core/Profiles/CVXBuiltInProfiles.h"
 #include "Misc/ConfigCacheIni.h"
 
 namespace
@@ -70,6 +72,8 @@ void UCVXSettings::PostInitProperties()
 	{
 		ProviderProfiles.AddDefaulted();
 	}
+	CVXSettingsMigrations::Run(*this);
+	CVXBuiltInProfiles::Ensure(AgentProfiles);
 }
 
 void UCVXSettings::PostEditChangeProperty(FPropertyChangedEvent& PropertyChangedEvent)

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace
 {
 constexpr const TCHAR* Section = TEXT("/Script/Game.Settings");
@@ -148,4 +150,69 @@ TEST(Config, AFailedSaveLeavesTheOldFileAndKeepsTheChanges)
 			EXPECT_EQ(Project.Read("Config/Game.ini"), "[S]\nKey=new\n");
 		});
 	EXPECT_GT(Calls, 5);
+}
+
+TEST(Config, ASectionThatStandsTwiceIsReadAndWrittenAsOne)
+{
+	const FTempProject Project;
+	Project.Write("Config/Twice.ini", "[S]\nA=1\n+List=x\n  [Other]\nB=1\n[s]\nA=2\nB=2\n+List=y\n-List=x\n");
+	const FString File = Project.Path("Config/Twice.ini");
+	FConfigCacheIni Config;
+	FString Value;
+	TArray<FString> List;
+	EXPECT_TRUE(Config.GetString(TEXT("S"), TEXT("A"), Value, File));
+	EXPECT_EQ(Value, TEXT("2"));
+	EXPECT_TRUE(Config.GetString(TEXT("S"), TEXT("B"), Value, File));
+	EXPECT_EQ(Config.GetArray(TEXT("S"), TEXT("List"), List, File), 1);
+	EXPECT_EQ(List, (TArray<FString>{TEXT("y")}));
+	Config.SetString(TEXT("S"), TEXT("A"), TEXT("3"), File);
+	Config.SetArray(TEXT("S"), TEXT("List"), {TEXT("y"), TEXT("z")}, File);
+	EXPECT_TRUE(Config.Flush(false));
+	EXPECT_EQ(Project.Read("Config/Twice.ini"), "[S]\nA=1\n+List=y\n+List=z\n  [Other]\nB=1\n[s]\nA=3\nB=2\n");
+}
+
+TEST(Config, LineEndsStayAsTheyAreAndNewLinesEndAsTheFileBegins)
+{
+	const FTempProject Project;
+	Project.Write("Config/Windows.ini", "; c\r\n[S]\r\nA=1\r\nB=2\n\r\n[T]\r\nC=\"q\"");
+	const FString File = Project.Path("Config/Windows.ini");
+	FConfigCacheIni Config;
+	FString Value;
+	EXPECT_TRUE(Config.GetString(TEXT("S"), TEXT("A"), Value, File));
+	EXPECT_EQ(Value, TEXT("1"));
+	Config.SetString(TEXT("S"), TEXT("A"), TEXT("one"), File);
+	Config.SetString(TEXT("S"), TEXT("D"), TEXT("4"), File);
+	Config.SetString(TEXT("U"), TEXT("E"), TEXT("5"), File);
+	EXPECT_TRUE(Config.Flush(false));
+	EXPECT_EQ(Project.Read("Config/Windows.ini"),
+		"; c\r\n[S]\r\nA=one\r\nB=2\nD=4\r\n\r\n[T]\r\nC=\"q\"\r\n\r\n[U]\r\nE=5\r\n");
+}
+
+TEST(Config, WritersAtTheSameTimeLoseNothing)
+{
+	const FTempProject Project;
+	const FString File = Project.Path("Config/Shared.ini");
+	constexpr int32 Rounds = 25;
+	const auto WriteAll = [&File](const TCHAR* Prefix)
+	{
+		FConfigCacheIni Config;
+		for (int32 Round = 0; Round < Rounds; ++Round)
+		{
+			Config.SetInt(TEXT("S"), *FString::Printf(TEXT("%s%d"), Prefix, Round), Round, File);
+			EXPECT_TRUE(Config.Flush(false));
+		}
+	};
+	std::thread Other(WriteAll, TEXT("Other"));
+	WriteAll(TEXT("Mine"));
+	Other.join();
+	FConfigCacheIni Config;
+	for (int32 Round = 0; Round < Rounds; ++Round)
+	{
+		for (const TCHAR* Prefix : {TEXT("Mine"), TEXT("Other")})
+		{
+			int32 Value = INDEX_NONE;
+			EXPECT_TRUE(Config.GetInt(TEXT("S"), *FString::Printf(TEXT("%s%d"), Prefix, Round), Value, File));
+			EXPECT_EQ(Value, Round);
+		}
+	}
 }
