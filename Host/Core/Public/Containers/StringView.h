@@ -117,9 +117,8 @@ public:
 	}
 	bool FindChar(TCHAR Char, int32& OutIndex) const
 	{
-		const TCHAR* Found = Size ? std::char_traits<TCHAR>::find(Data, (SIZE_T)Size, Char) : nullptr;
-		OutIndex = Found ? (int32)(Found - Data) : INDEX_NONE;
-		return Found != nullptr;
+		OutIndex = StringSearch::FindChar(Data, Size, Char);
+		return OutIndex != INDEX_NONE;
 	}
 	bool FindLastChar(TCHAR Char, int32& OutIndex) const
 	{

@@ -42,6 +42,7 @@ void FCVXSSEParser::Reset()
 	LineBuffer.Empty();
 	CurrentEvent.Empty();
 	CurrentData.Empty();
+	Spare = FCVXSSEEvent();
 }
 
 void FCVXSSEParser::ProcessLine(FStringView Line, const FOnEvent& OnEvent)
@@ -71,7 +72,7 @@ void FCVXSSEParser::ProcessLine(FStringView Line, const FOnEvent& OnEvent)
 
 void FCVXSSEParser::ProcessField(FStringView Name, FStringView Value)
 {
-	if (Name == TEXT("data"))
+	if (Name == TEXTVIEW("data"))
 	{
 		if (!CurrentData.IsEmpty())
 		{
@@ -79,7 +80,7 @@ void FCVXSSEParser::ProcessField(FStringView Name, FStringView Value)
 		}
 		CurrentData.Append(Value);
 	}
-	else if (Name == TEXT("event"))
+	else if (Name == TEXTVIEW("event"))
 	{
 		CurrentEvent.Reset();
 		CurrentEvent.Append(Value);
@@ -88,11 +89,15 @@ void FCVXSSEParser::ProcessField(FStringView Name, FStringView Value)
 
 void FCVXSSEParser::DispatchEvent(const FOnEvent& OnEvent)
 {
-	FCVXSSEEvent Event{MoveTemp(CurrentEvent), MoveTemp(CurrentData)};
-	CurrentEvent.Reset();
-	CurrentData.Reset();
+	// Taken out before the call, whose handler may use the parser, and put back for the memory that they have.
+	FCVXSSEEvent Event = MoveTemp(Spare);
+	Swap(Event.EventType, CurrentEvent);
+	Swap(Event.Data, CurrentData);
 	if (!Event.Data.IsEmpty())
 	{
 		OnEvent(Event);
 	}
+	Event.EventType.Reset();
+	Event.Data.Reset();
+	Spare = MoveTemp(Event);
 }

@@ -39,4 +39,6 @@ private:
 	FString LineBuffer;
 	FString CurrentEvent;
 	FString CurrentData;
+	/** Empty texts whose memory the next event uses again. */
+	FCVXSSEEvent Spare;
 };

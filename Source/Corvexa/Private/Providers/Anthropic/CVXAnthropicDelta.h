@@ -1,16 +1,22 @@
 #pragma once
 
 #include "CoreMinimal.h"
-#include "Serialization/JsonReader.h"
 
-/**
- * The event `content_block_delta`, which a stream carries once a word: read token by token, since a tree of values for
- * each would cost more than all the rest.
- */
+class FCVXJsonCursor;
+
+enum class ECVXAnthropicDeltaType : uint8
+{
+	Other,
+	Text,
+	InputJson,
+	Thinking
+};
+
+/** The event `content_block_delta`, which a stream carries once a word. */
 struct FCVXAnthropicDelta
 {
 	int32 Index = INDEX_NONE;
-	FString Type;
+	ECVXAnthropicDeltaType Type = ECVXAnthropicDeltaType::Other;
 	TOptional<FString> Text;
 	TOptional<FString> PartialJson;
 	TOptional<FString> Thinking;
@@ -19,6 +25,8 @@ struct FCVXAnthropicDelta
 	bool Read(const FString& Data);
 
 private:
-	bool ReadMember(FJsonReader& Reader, EJsonNotation Notation);
-	bool ReadDelta(FJsonReader& Reader);
+	bool ReadMember(FCVXJsonCursor& Json, FStringView Name);
+	bool ReadDelta(FCVXJsonCursor& Json);
+	bool ReadDeltaMember(FCVXJsonCursor& Json, FStringView Name);
+	bool ReadType(FCVXJsonCursor& Json);
 };
