@@ -1,5 +1,6 @@
 #include "HttpModule.h"
 #include "LaunchEngineLoop.h"
+#include "Providers/Anthropic/CVXAnthropicDelta.h"
 #include "Providers/Anthropic/CVXAnthropicProvider.h"
 #include "Support/Loopback/LoopbackServer.h"
 
@@ -66,6 +67,33 @@ void StreamThroughProvider(benchmark::State& State)
 		{
 			State.SkipWithError("words were lost");
 			return;
+		}
+	}
+	State.SetItemsProcessed((int64_t)(State.iterations() * EventCount));
+}
+
+/** The game thread's share alone: text into events, and each read. */
+void ReadEvents(benchmark::State& State)
+{
+	FString Chunk;
+	for (std::size_t Index = 0; Index < 2 * EventsPerChunk; ++Index)
+	{
+		Chunk.AppendUtf8(Delta.data(), (int64)Delta.size());
+	}
+	FCVXSSEParser Parser;
+	std::size_t Words = 0;
+	const TFunction<void(const FCVXSSEEvent&)> OnEvent = [&Words](const FCVXSSEEvent& Event)
+	{
+		FCVXAnthropicDelta Read;
+		Words += Read.Read(Event.Data) && Read.Text->Len() == 5 ? 1 : 0;
+	};
+	for (auto Unused : State)
+	{
+		(void)Unused;
+		Words = 0;
+		while (Words < EventCount)
+		{
+			Parser.FeedChunk(Chunk, OnEvent);
 		}
 	}
 	State.SetItemsProcessed((int64_t)(State.iterations() * EventCount));
@@ -191,6 +219,7 @@ BENCHMARK(StreamThroughProvider)
 	->UseRealTime()
 	->MeasureProcessCPUTime()
 	->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadEvents)->Name("Provider/200kDeltas/events alone")->Unit(benchmark::kMillisecond);
 BENCHMARK(StreamThroughBareLoop)
 	->Name("Provider/200kDeltas/bare loop")
 	->UseRealTime()

@@ -67,10 +67,18 @@ struct FHttpTransfer
 
 	std::atomic<bool> bCancelled{false};
 	double LastActivity = 0.0;
+	/** Whether the body waits because the game thread has more to do than it should be given. */
+	bool bPaused = false;
 	EHttpFailureReason AbortReason = EHttpFailureReason::None;
 	CURL* Easy = nullptr;
 	curl_slist* HeaderList = nullptr;
 };
+
+/**
+ * A body that goes into a stream is paused while this many tasks wait for the game thread, and goes on at half of it:
+ * what the stream posts would pile up without bound behind a peer that is quicker than the game thread.
+ */
+constexpr int32 MaxTasksAhead = 128;
 
 /** Sets the curl handle up for the transfer. @return false when curl can't take it. HTTP thread. */
 bool PrepareCurl(FHttpTransfer& Transfer);

@@ -44,25 +44,29 @@ bool EqualsFolded8(const TCHAR* A, const TCHAR* B)
 	return _mm_movemask_epi8(_mm_cmpeq_epi16(FoldBlock(A), FoldBlock(B))) == 0xFFFF;
 }
 
-/** The same for four units. */
-bool EqualsFolded4(const TCHAR* A, const TCHAR* B)
+/**
+ * Compares ASCII of 4 to 8 units as two words that may overlap. @return false, with bOutEqual left alone, for any other
+ * text.
+ */
+bool CompareShortAscii(const TCHAR* A, const TCHAR* B, int32 Count, bool& bOutEqual)
 {
-	uint64 WordA;
-	uint64 WordB;
-	return LoadFolded4(A, WordA) && LoadFolded4(B, WordB) && WordA == WordB;
-}
-
-/** Compares a short text as two blocks of four that may overlap. @return false too when that can't tell. */
-bool EqualsFoldedUpTo8(const TCHAR* A, const TCHAR* B, int32 Count)
-{
-	return Count >= 4 && EqualsFolded4(A, B) && EqualsFolded4(A + Count - 4, B + Count - 4);
+	uint64 Words[4];
+	const int32 Second = Count - 4;
+	if (Count < 4 || Count > 8 || !LoadFolded4(A, Words[0]) || !LoadFolded4(B, Words[1]) ||
+		!LoadFolded4(A + Second, Words[2]) || !LoadFolded4(B + Second, Words[3]))
+	{
+		return false;
+	}
+	bOutEqual = Words[0] == Words[1] && Words[2] == Words[3];
+	return true;
 }
 
 bool EqualsIgnoringCase(const TCHAR* A, const TCHAR* B, int32 Count)
 {
-	if (Count <= 8 && EqualsFoldedUpTo8(A, B, Count))
+	bool bEqual = false;
+	if (CompareShortAscii(A, B, Count, bEqual))
 	{
-		return true;
+		return bEqual;
 	}
 	int32 Index = 0;
 	while (Index < Count)

@@ -89,7 +89,13 @@ public:
 
 	bool Equals(FStringView Other, ESearchCase::Type SearchCase = ESearchCase::CaseSensitive) const
 	{
-		return Size == Other.Size && StringSearch::EqualsCount(Data, Other.Data, Size, SearchCase);
+		if (Size != Other.Size)
+		{
+			return false;
+		}
+		// Nearly all texts that are equal are so exactly, which against a literal takes an instruction or two.
+		return Size == 0 || __builtin_memcmp(Data, Other.Data, (SIZE_T)Size * sizeof(TCHAR)) == 0 ||
+			(SearchCase == ESearchCase::IgnoreCase && StringSearch::EqualsCount(Data, Other.Data, Size, SearchCase));
 	}
 	int32 Compare(FStringView Other, ESearchCase::Type SearchCase = ESearchCase::CaseSensitive) const
 	{
