@@ -94,7 +94,8 @@ public:
 			return false;
 		}
 		// Nearly all texts that are equal are so exactly, which against a literal takes an instruction or two.
-		return Size == 0 || __builtin_memcmp(Data, Other.Data, (SIZE_T)Size * sizeof(TCHAR)) == 0 ||
+		const SIZE_T Bytes = (SIZE_T)Other.Size * sizeof(TCHAR);
+		return Bytes == 0 || __builtin_memcmp(Data, Other.Data, Bytes) == 0 ||
 			(SearchCase == ESearchCase::IgnoreCase && StringSearch::EqualsCount(Data, Other.Data, Size, SearchCase));
 	}
 	int32 Compare(FStringView Other, ESearchCase::Type SearchCase = ESearchCase::CaseSensitive) const

@@ -1,5 +1,7 @@
 #include "Core/CVXJsonCursor.h"
 
+#include <bit>
+
 namespace
 {
 bool IsDigit(TCHAR Char)
@@ -41,6 +43,29 @@ TCHAR MeaningOf(TCHAR Letter)
 		return 0;
 	}
 }
+constexpr uint64 OneEach = 0x0001000100010001ull;
+constexpr uint64 TopBits = 0x8000800080008000ull;
+
+/** Of four units at once: the top bit of the first that is below Limit, and perhaps of some behind it. */
+uint64 FindBelow(uint64 Units, uint64 Limit)
+{
+	return (Units - OneEach * Limit) & ~Units & TopBits;
+}
+
+/** The same for what can't stand for itself in a string. */
+uint64 FindSpecials(const TCHAR* Text)
+{
+	uint64 Units;
+	FMemory::Memcpy(&Units, Text, sizeof(Units));
+	return FindBelow(Units, 0x20) | FindBelow(Units ^ OneEach * TEXT('"'), 1) |
+		FindBelow(Units ^ OneEach * TEXT('\\'), 1);
+}
+
+/** How many units stand before the first that is marked. */
+int32 CountTrailingUnits(uint64 Marks)
+{
+	return std::countr_zero(Marks) / 16;
+}
 } // namespace
 
 FCVXJsonCursor::FCVXJsonCursor(FStringView InText)
@@ -71,6 +96,15 @@ bool FCVXJsonCursor::ReadName(FStringView& Out)
 const TCHAR* FCVXJsonCursor::FindPlainEnd() const
 {
 	const TCHAR* Current = At;
+	while (End - Current >= 4)
+	{
+		const uint64 Specials = FindSpecials(Current);
+		if (Specials != 0)
+		{
+			return Current + CountTrailingUnits(Specials);
+		}
+		Current += 4;
+	}
 	while (Current != End && *Current != TEXT('"') && *Current != TEXT('\\') && *Current >= 0x20)
 	{
 		++Current;

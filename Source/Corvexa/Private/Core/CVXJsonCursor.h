@@ -42,6 +42,8 @@ public:
 
 	/** Whether nothing but blanks is left. */
 	bool IsAtEnd();
+	/** What hasn't been read yet. */
+	FStringView GetRest() const { return FStringView(At, (int32)(End - At)); }
 
 private:
 	void SkipSpace();

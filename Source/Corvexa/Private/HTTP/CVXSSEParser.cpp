@@ -42,7 +42,6 @@ void FCVXSSEParser::Reset()
 	LineBuffer.Empty();
 	CurrentEvent.Empty();
 	CurrentData.Empty();
-	Spare = FCVXSSEEvent();
 }
 
 void FCVXSSEParser::ProcessLine(FStringView Line, const FOnEvent& OnEvent)
@@ -89,15 +88,24 @@ void FCVXSSEParser::ProcessField(FStringView Name, FStringView Value)
 
 void FCVXSSEParser::DispatchEvent(const FOnEvent& OnEvent)
 {
-	// Taken out before the call, whose handler may use the parser, and put back for the memory that they have.
-	FCVXSSEEvent Event = MoveTemp(Spare);
-	Swap(Event.EventType, CurrentEvent);
-	Swap(Event.Data, CurrentData);
+	// Taken out before the call, whose handler may use the parser.
+	FCVXSSEEvent Event{MoveTemp(CurrentEvent), MoveTemp(CurrentData)};
+	CurrentEvent.Reset();
+	CurrentData.Reset();
 	if (!Event.Data.IsEmpty())
 	{
 		OnEvent(Event);
 	}
+	if (CurrentEvent.IsEmpty() && CurrentData.IsEmpty())
+	{
+		ReuseMemory(MoveTemp(Event));
+	}
+}
+
+void FCVXSSEParser::ReuseMemory(FCVXSSEEvent&& Event)
+{
 	Event.EventType.Reset();
 	Event.Data.Reset();
-	Spare = MoveTemp(Event);
+	CurrentEvent = MoveTemp(Event.EventType);
+	CurrentData = MoveTemp(Event.Data);
 }

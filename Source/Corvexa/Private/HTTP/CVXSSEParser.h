@@ -34,11 +34,10 @@ private:
 	void ProcessLine(FStringView Line, const FOnEvent& OnEvent);
 	void ProcessField(FStringView Name, FStringView Value);
 	void DispatchEvent(const FOnEvent& OnEvent);
+	void ReuseMemory(FCVXSSEEvent&& Event);
 
 	/** The text behind the last newline. */
 	FString LineBuffer;
 	FString CurrentEvent;
 	FString CurrentData;
-	/** Empty texts whose memory the next event uses again. */
-	FCVXSSEEvent Spare;
 };

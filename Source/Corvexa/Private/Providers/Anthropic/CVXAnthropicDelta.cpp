@@ -4,6 +4,7 @@
 
 bool FCVXAnthropicDelta::Read(const FString& Data)
 {
+	Size = Data.Len();
 	FCVXJsonCursor Json(Data);
 	return Json.ReadObject([this, &Json](FStringView Name) { return ReadMember(Json, Name); }) && Json.IsAtEnd();
 }
@@ -34,7 +35,7 @@ bool FCVXAnthropicDelta::ReadDeltaMember(FCVXJsonCursor& Json, FStringView Name)
 	}
 	if (Name == TEXTVIEW("text"))
 	{
-		return Json.ReadString(Text.Emplace());
+		return ReadText(Json);
 	}
 	if (Name == TEXTVIEW("partial_json"))
 	{
@@ -45,6 +46,14 @@ bool FCVXAnthropicDelta::ReadDeltaMember(FCVXJsonCursor& Json, FStringView Name)
 		return Json.ReadString(Thinking.Emplace());
 	}
 	return Name == TEXTVIEW("type") ? ReadType(Json) : Json.SkipValue();
+}
+
+bool FCVXAnthropicDelta::ReadText(FCVXJsonCursor& Json)
+{
+	TextStart = Size - Json.GetRest().Len();
+	const bool bRead = Json.ReadString(Text.Emplace());
+	TextEnd = Size - Json.GetRest().Len();
+	return bRead;
 }
 
 bool FCVXAnthropicDelta::ReadType(FCVXJsonCursor& Json)

@@ -18,6 +18,9 @@ struct FCVXAnthropicDelta
 	int32 Index = INDEX_NONE;
 	ECVXAnthropicDeltaType Type = ECVXAnthropicDeltaType::Other;
 	TOptional<FString> Text;
+	/** Where the text stands in the data, with its quotes. */
+	int32 TextStart = 0;
+	int32 TextEnd = 0;
 	TOptional<FString> PartialJson;
 	TOptional<FString> Thinking;
 
@@ -28,5 +31,9 @@ private:
 	bool ReadMember(FCVXJsonCursor& Json, FStringView Name);
 	bool ReadDelta(FCVXJsonCursor& Json);
 	bool ReadDeltaMember(FCVXJsonCursor& Json, FStringView Name);
+	bool ReadText(FCVXJsonCursor& Json);
 	bool ReadType(FCVXJsonCursor& Json);
+
+	/** The length of the data, from whose end the cursor counts. */
+	int32 Size = 0;
 };

@@ -140,6 +140,10 @@ void FCVXAnthropicProvider::HandleContentBlockStart(FAnthropicState& State, cons
 
 void FCVXAnthropicProvider::HandleContentBlockDelta(const FString& Handle, FAnthropicState& State, const FString& Data)
 {
+	if (HandleFramedText(State, Data))
+	{
+		return;
+	}
 	FCVXAnthropicDelta Delta;
 	if (!Delta.Read(Data))
 	{
@@ -147,9 +151,35 @@ void FCVXAnthropicProvider::HandleContentBlockDelta(const FString& Handle, FAnth
 		return;
 	}
 	NoteParseSuccess(State);
+	HandleDelta(State, Data, Delta);
+}
+
+bool FCVXAnthropicProvider::HandleFramedText(FAnthropicState& State, const FString& Data)
+{
+	// Taken out for the call, which may let further events in.
+	FString Text = MoveTemp(State.SpareText);
+	const bool bFramed = State.TextFrame.ReadString(Data, Text);
+	if (bFramed)
+	{
+		NoteParseSuccess(State);
+		if (State.Callbacks.OnTextDelta)
+		{
+			State.Callbacks.OnTextDelta(Text);
+		}
+	}
+	State.SpareText = MoveTemp(Text);
+	return bFramed;
+}
+
+void FCVXAnthropicProvider::HandleDelta(FAnthropicState& State, const FString& Data, const FCVXAnthropicDelta& Delta)
+{
 	switch (Delta.Type)
 	{
 	case ECVXAnthropicDeltaType::Text:
+		if (Delta.Text.IsSet())
+		{
+			State.TextFrame.Keep(Data, Delta.TextStart, Delta.TextEnd);
+		}
 		if (Delta.Text.IsSet() && State.Callbacks.OnTextDelta)
 		{
 			State.Callbacks.OnTextDelta(*Delta.Text);
