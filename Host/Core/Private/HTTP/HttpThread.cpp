@@ -4,6 +4,7 @@
 #include "HAL/FaultInjection.h"
 #include "HAL/PlatformTime.h"
 #include "HAL/RunnableThread.h"
+#include "HttpModule.h"
 #include "HttpTransfer.h"
 #include "Misc/ScopeLock.h"
 
@@ -121,7 +122,7 @@ bool FHttpThread::IsAnyPaused() const
 
 void FHttpThread::ResumePaused()
 {
-	if (FGameThreadQueue::Get().Num() > MaxTasksAhead / 2)
+	if (FGameThreadQueue::Get().Num() > FHttpModule::MaxTasksAhead / 2)
 	{
 		return;
 	}

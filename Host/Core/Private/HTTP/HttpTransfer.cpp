@@ -63,7 +63,7 @@ size_t OnBody(char* Data, size_t Size, size_t Count, void* UserData)
 	FHttpTransfer& Transfer = *(FHttpTransfer*)UserData;
 	const size_t Bytes = Size * Count;
 	Transfer.LastActivity = FPlatformTime::Seconds();
-	if (Transfer.Stream && FGameThreadQueue::Get().Num() >= MaxTasksAhead)
+	if (Transfer.Stream && FGameThreadQueue::Get().Num() >= FHttpModule::MaxTasksAhead)
 	{
 		Transfer.bPaused = true;
 		return CURL_WRITEFUNC_PAUSE;

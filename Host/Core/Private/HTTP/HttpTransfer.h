@@ -74,11 +74,5 @@ struct FHttpTransfer
 	curl_slist* HeaderList = nullptr;
 };
 
-/**
- * A body that goes into a stream is paused while this many tasks wait for the game thread, and goes on at half of it:
- * what the stream posts would pile up without bound behind a peer that is quicker than the game thread.
- */
-constexpr int32 MaxTasksAhead = 128;
-
 /** Sets the curl handle up for the transfer. @return false when curl can't take it. HTTP thread. */
 bool PrepareCurl(FHttpTransfer& Transfer);

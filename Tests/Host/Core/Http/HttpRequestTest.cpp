@@ -1,6 +1,5 @@
 #include "Async/Async.h"
 #include "CoreGlobals.h"
-#include "HTTP/HttpTransfer.h"
 #include "HttpModule.h"
 #include "Serialization/Archive.h"
 #include "Support/FaultPlan.h"
@@ -164,14 +163,14 @@ TEST(HttpRequest, ABodyWaitsWhileTheGameThreadIsBehind)
 	Request->SetResponseBodyReceiveStream(Stream);
 	ASSERT_TRUE(Request->ProcessRequest());
 	// The loop stands still until nothing more comes.
-	while (Stream->Posted < MaxTasksAhead)
+	while (Stream->Posted < FHttpModule::MaxTasksAhead)
 	{
 		std::this_thread::yield();
 	}
 	EXPECT_TRUE(Pump.Until([&Outcome] { return Outcome.bCompleted; }));
 	EXPECT_TRUE(Outcome.bSucceeded);
 	EXPECT_EQ(Stream->BytesDelivered, Blocks * BlockBytes);
-	EXPECT_LE(Stream->MostWaiting, MaxTasksAhead);
+	EXPECT_LE(Stream->MostWaiting, FHttpModule::MaxTasksAhead);
 }
 
 TEST(HttpRequest, EveryWayToLoseTheConnectionEndsInOneFailure)
