@@ -1,15 +1,19 @@
 #include "HttpModule.h"
 #include "LaunchEngineLoop.h"
+#include "Providers/Anthropic/CVXAnthropicDelta.h"
 #include "Providers/Anthropic/CVXAnthropicProvider.h"
 #include "Support/Loopback/LoopbackServer.h"
 
+#include <algorithm>
 #include <arpa/inet.h>
 #include <benchmark/benchmark.h>
+#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <simdjson.h>
 #include <string>
 #include <string_view>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -36,36 +40,165 @@ FLoopbackReply Answer()
 	return FLoopbackReply::Chunked(200, Chunks, {{"Content-Type", "text/event-stream"}});
 }
 
+/** A provider on a loopback server, and the loop that it needs. */
+class FProviderRun
+{
+public:
+	FProviderRun()
+	{
+		FEngineLoopParams Params;
+		Params.bLogFile = false;
+		Params.bLogToTerminal = false;
+		Loop.Init(Params);
+		Profile.BaseURL = FString(Server.Url("").c_str());
+		Profile.ApiKeyEnvVar = TEXT("key-for-the-benchmark");
+		Provider = MakeUnique<FCVXAnthropicProvider>(Profile);
+	}
+
+	/** Starts a request. @param OnText called for each text delta. */
+	void Start(TFunction<void(const FString&)> OnText)
+	{
+		bDone = false;
+		FCVXProviderCallbacks Callbacks;
+		Callbacks.OnTextDelta = MoveTemp(OnText);
+		Callbacks.OnStreamFinished = [this](const FCVXTokenUsage&) { bDone = true; };
+		Callbacks.OnError = [](const FString&) { std::abort(); };
+		Provider->StreamRequest(FCVXProviderRequest(), Callbacks);
+	}
+	void RunUntil(const bool& bCondition)
+	{
+		while (!bCondition)
+		{
+			Loop.WaitForWork(0.1);
+			Loop.Tick();
+		}
+	}
+	/** @return the words that one whole answer brought. */
+	std::size_t CountWords()
+	{
+		std::size_t Words = 0;
+		Start([&Words](const FString& Text) { Words += Text.Len() == 5 ? 1 : 0; });
+		RunUntil(bDone);
+		return Words;
+	}
+
+	FLoopbackServer Server;
+	FEngineLoop Loop;
+	FCVXProviderProfile Profile;
+	TUniquePtr<FCVXAnthropicProvider> Provider;
+	bool bDone = false;
+};
+
 void StreamThroughProvider(benchmark::State& State)
 {
-	FLoopbackServer Server;
-	Server.Route("/v1/messages", Answer());
-	FEngineLoop Loop;
-	FEngineLoopParams Params;
-	Params.bLogFile = false;
-	Loop.Init(Params);
-	FCVXProviderProfile Profile;
-	Profile.BaseURL = FString(Server.Url("").c_str());
-	Profile.ApiKeyEnvVar = TEXT("key-for-the-benchmark");
-	FCVXAnthropicProvider Provider(Profile);
+	FProviderRun Run;
+	Run.Server.Route("/v1/messages", Answer());
 	for (auto Unused : State)
 	{
 		(void)Unused;
-		std::size_t Words = 0;
-		bool bDone = false;
-		FCVXProviderCallbacks Callbacks;
-		Callbacks.OnTextDelta = [&Words](const FString& Text) { Words += Text.Len() == 5 ? 1 : 0; };
-		Callbacks.OnStreamFinished = [&bDone](const FCVXTokenUsage&) { bDone = true; };
-		Provider.StreamRequest(FCVXProviderRequest(), Callbacks);
-		while (!bDone)
-		{
-			Loop.WaitForWork(0.001);
-			Loop.Tick();
-		}
-		if (Words != EventCount)
+		if (Run.CountWords() != EventCount)
 		{
 			State.SkipWithError("words were lost");
 			return;
+		}
+	}
+	State.SetItemsProcessed((int64_t)(State.iterations() * EventCount));
+}
+
+double PeakMegabytes()
+{
+	rusage Usage = {};
+	getrusage(RUSAGE_SELF, &Usage);
+	return (double)Usage.ru_maxrss / 1024.0;
+}
+
+/** Ten times the words take no more memory: the peak that the shorter answer left may not grow with the longer one. */
+void MemoryOfLongerAnswer(benchmark::State& State)
+{
+	FProviderRun Run;
+	const auto Body = std::make_shared<const std::string>(Delta);
+	Run.Server.Enqueue(FLoopbackReply::Repeated(Body, EventCount));
+	Run.CountWords();
+	const double Before = PeakMegabytes();
+	for (auto Unused : State)
+	{
+		(void)Unused;
+		Run.Server.Enqueue(FLoopbackReply::Repeated(Body, 10 * EventCount));
+		if (Run.CountWords() != 10 * EventCount)
+		{
+			State.SkipWithError("words were lost");
+			return;
+		}
+	}
+	State.counters["peak_MB"] = PeakMegabytes();
+	State.counters["growth_MB"] = PeakMegabytes() - Before;
+	State.SetItemsProcessed((int64_t)(State.iterations() * 10 * EventCount));
+}
+
+/** From the moment that the server may send the first word to the callback that gets it. */
+void FirstDelta(benchmark::State& State, const std::string& Ahead)
+{
+	FProviderRun Run;
+	std::size_t Requests = 0;
+	double Worst = 0.0;
+	for (auto Unused : State)
+	{
+		(void)Unused;
+		const auto Gate = FLoopbackGate::Create();
+		FLoopbackReply Reply = FLoopbackReply::Sized(200, Ahead + Delta + Stop);
+		Reply.WaitAt(Reply.HeadSize() + Ahead.size() + Delta.size(), FLoopbackGate::Create());
+		Reply.WaitAt(Reply.HeadSize() + Ahead.size(), Gate);
+		Run.Server.Enqueue(std::move(Reply));
+		bool bArrived = false;
+		Run.Start([&bArrived](const FString&) { bArrived = true; });
+		if (!Run.Server.WaitForRequests(++Requests))
+		{
+			State.SkipWithError("no request");
+			return;
+		}
+		const auto Begin = std::chrono::steady_clock::now();
+		Gate->Open();
+		Run.RunUntil(bArrived);
+		const double Seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - Begin).count();
+		State.SetIterationTime(Seconds);
+		Worst = std::max(Worst, Seconds);
+		Run.Provider = MakeUnique<FCVXAnthropicProvider>(Run.Profile);
+	}
+	State.counters["worst_ms"] = Worst * 1000.0;
+}
+
+void FirstDeltaAlone(benchmark::State& State)
+{
+	FirstDelta(State, "");
+}
+
+void FirstDeltaBehindStart(benchmark::State& State)
+{
+	FirstDelta(State, "event: message_start\ndata: {\"message\":{}}\n\n");
+}
+
+/** The game thread's share alone: text into events, and each read. */
+void ReadEvents(benchmark::State& State)
+{
+	FString Chunk;
+	for (std::size_t Index = 0; Index < 2 * EventsPerChunk; ++Index)
+	{
+		Chunk.AppendUtf8(Delta.data(), (int64)Delta.size());
+	}
+	FCVXSSEParser Parser;
+	std::size_t Words = 0;
+	const TFunction<void(const FCVXSSEEvent&)> OnEvent = [&Words](const FCVXSSEEvent& Event)
+	{
+		FCVXAnthropicDelta Read;
+		Words += Read.Read(Event.Data) && Read.Text->Len() == 5 ? 1 : 0;
+	};
+	for (auto Unused : State)
+	{
+		(void)Unused;
+		Words = 0;
+		while (Words < EventCount)
+		{
+			Parser.FeedChunk(Chunk, OnEvent);
 		}
 	}
 	State.SetItemsProcessed((int64_t)(State.iterations() * EventCount));
@@ -191,6 +324,18 @@ BENCHMARK(StreamThroughProvider)
 	->UseRealTime()
 	->MeasureProcessCPUTime()
 	->Unit(benchmark::kMillisecond);
+BENCHMARK(MemoryOfLongerAnswer)
+	->Name("Provider/2MDeltas/memory")
+	->UseRealTime()
+	->MeasureProcessCPUTime()
+	->Iterations(1)
+	->Unit(benchmark::kMillisecond);
+BENCHMARK(FirstDeltaAlone)->Name("Provider/first delta")->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(FirstDeltaBehindStart)
+	->Name("Provider/first delta behind message_start")
+	->UseManualTime()
+	->Unit(benchmark::kMillisecond);
+BENCHMARK(ReadEvents)->Name("Provider/200kDeltas/events alone")->Unit(benchmark::kMillisecond);
 BENCHMARK(StreamThroughBareLoop)
 	->Name("Provider/200kDeltas/bare loop")
 	->UseRealTime()

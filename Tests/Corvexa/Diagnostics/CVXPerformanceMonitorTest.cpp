@@ -1,5 +1,7 @@
 #include "Diagnostics/CVXPerformanceMonitor.h"
 
+#include "Diagnostics/CVXPerformanceCommands.h"
+#include "HAL/IConsoleManager.h"
 #include "Support/HostTypePrinting.h"
 #include "Support/LogCapture.h"
 #include "Support/TestClock.h"
@@ -113,4 +115,18 @@ TEST_F(CVXPerformanceMonitor, IdsRunOnOverAResetAndSlowScopesAreLogged)
 	}
 	EXPECT_FALSE(Log.Contains(TEXT("[Quick]")));
 	EXPECT_EQ(Log.Count(TEXT("[Slow(3)] took 80ms (threshold: 50ms)"), ELogVerbosity::Warning), 1);
+}
+
+TEST_F(CVXPerformanceMonitor, TheConsoleShowsAndResetsTheCounters)
+{
+	IConsoleManager& Console = IConsoleManager::Get();
+	CVXPerformanceCommands::Register();
+	RunTool(TEXT("read_file"), 0.5, 10);
+	EXPECT_TRUE(Console.ProcessUserConsoleInput(TEXT("cvx.perfstats"), Log));
+	EXPECT_EQ(Log.Count(TEXT("\n") + Monitor.DumpStats(), ELogVerbosity::Log), 1);
+	EXPECT_TRUE(Console.ProcessUserConsoleInput(TEXT("cvx.perfreset"), Log));
+	EXPECT_TRUE(Monitor.DumpStats().Contains(TEXT("(no tool calls recorded)")));
+	CVXPerformanceCommands::Unregister();
+	CVXPerformanceCommands::Unregister();
+	EXPECT_FALSE(Console.ProcessUserConsoleInput(TEXT("cvx.perfstats"), Log));
 }

@@ -12,6 +12,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 namespace
 {
 std::string Event(const std::string& Type, const std::string& Data)
@@ -178,6 +180,58 @@ TEST_F(CVXAnthropicProvider, EveryEventDoesItsPart)
 		})),
 		(TArray<FString>{TEXT("reasoning hm"), TEXT("text Grü"), TEXT("text ß"), TEXT("call a one {\"x\":1}"),
 			TEXT("call b two {\"y\":2}"), TEXT("call c three {}"), TEXT("finished 12 77 3 4 truncated")}));
+}
+
+TEST_F(CVXAnthropicProvider, ATextDeltaReadsTheSameWhateverCameBefore)
+{
+	const FLogCapture Log;
+	const auto Delta = [](const std::string& Data) { return Event("content_block_delta", Data); };
+	EXPECT_EQ(Play(FLoopbackReply::Events({
+				  TextDelta("one"),
+				  TextDelta(R"(two \"quoted\"\n\u00e4)"),
+				  TextDelta(""),
+				  // The frame of the last delta, and a string that doesn't end where it should.
+				  Delta(R"({"index":0,"delta":{"type":"text_delta","text":"three"}} x)"),
+				  Delta(R"({"index":0,"delta":{"type":"text_delta","text":"four","text":"five"}})"),
+				  TextDelta("six"),
+				  Delta(R"({"index":1,"delta":{"type":"thinking_delta","text":"no","thinking":"seven"}})"),
+				  Delta(R"({"delta":{"text":"eight", "TYPE":"TEXT_DELTA","more":[{}, 1e5, null]}, "index":12})"),
+				  Delta(R"({"delta":{"text":"ni\u0000ne", "TYPE":"TEXT_DELTA","more":[{}, 1e5, null]}, "index":12})"),
+				  Delta(R"({"delta":{"text":7, "TYPE":"TEXT_DELTA","more":[{}, 1e5, null]}, "index":12})"),
+				  Stop,
+			  })),
+		(TArray<FString>{TEXT("text one"), TEXT("text two \"quoted\"\nä"), TEXT("text "), TEXT("text five"),
+			TEXT("text six"), TEXT("reasoning seven"), TEXT("text eight"),
+			FString(TEXT("text ni")) + FString(1, TEXT("\0")) + TEXT("ne"), TEXT("finished 0 0 0 0")}));
+	EXPECT_EQ(Log.Count(TEXT("Failed to parse SSE JSON (consecutive: 1)"), ELogVerbosity::Warning), 1);
+}
+
+TEST_F(CVXAnthropicProvider, AnAnswerCutAnywhereTellsTheSame)
+{
+	const std::string Body = Event("message_start", R"({"message":{"usage":{"input_tokens":12,"output_tokens":1}}})") +
+		TextDelta("Gr\xC3\xBC\xF0\x9F\x98\x80") + TextDelta("a\\nb") +
+		Event("content_block_start", R"({"index":1,"content_block":{"type":"tool_use","id":"a","name":"one"}})") +
+		Event("content_block_delta", R"({"index":1,"delta":{"type":"input_json_delta","partial_json":"{}"}})") +
+		Event("content_block_stop", R"({"index":1})") + Stop;
+	const TArray<FString> Whole = Play(FLoopbackReply::Sized(200, Body));
+	EXPECT_EQ(Whole,
+		(TArray<FString>{TEXT("text Grü😀"), TEXT("text a\nb"), TEXT("call a one {}"), TEXT("finished 12 1 0 0")}));
+	for (size_t Cut = 1; Cut < Body.size(); ++Cut)
+	{
+		FLoopbackReply Reply = FLoopbackReply::Sized(200, Body);
+		Reply.SplitAt({Reply.HeadSize() + Cut});
+		ASSERT_EQ(Play(std::move(Reply)), Whole) << "cut at " << Cut;
+	}
+	std::mt19937 Random(9);
+	for (int32 Round = 0; Round < 50; ++Round)
+	{
+		std::vector<std::string> Pieces;
+		for (size_t At = 0; At < Body.size(); At += Pieces.back().size())
+		{
+			Pieces.push_back(Body.substr(At, 1 + Random() % 60));
+		}
+		ASSERT_EQ(Play(FLoopbackReply::Events(Pieces)), Whole) << "round " << Round;
+	}
 }
 
 TEST_F(CVXAnthropicProvider, EveryFailureHasItsText)

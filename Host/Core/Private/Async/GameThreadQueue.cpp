@@ -1,7 +1,6 @@
 #include "GameThreadQueue.h"
 
 #include "HAL/PlatformTime.h"
-#include "Templates/UniquePtr.h"
 
 FGameThreadQueue& FGameThreadQueue::Get()
 {
@@ -11,6 +10,7 @@ FGameThreadQueue& FGameThreadQueue::Get()
 
 void FGameThreadQueue::Post(TUniqueFunction<void()>&& Task)
 {
+	Waiting.fetch_add(1, std::memory_order_relaxed);
 	FTaskNode* Node = new FTaskNode{MoveTemp(Task)};
 	Node->Next = Incoming.load(std::memory_order_relaxed);
 	// Sequentially consistent against `bWaiting`: either this thread sees the waiter or the waiter sees the task.
@@ -45,13 +45,19 @@ void FGameThreadQueue::TakeIncoming()
 	}
 }
 
+TUniquePtr<FTaskNode> FGameThreadQueue::TakeFirst()
+{
+	TUniquePtr<FTaskNode> Node(Pending.TakeFirst());
+	Waiting.fetch_sub(Node ? 1 : 0, std::memory_order_relaxed);
+	return Node;
+}
+
 void FGameThreadQueue::Run(double BudgetSeconds)
 {
 	TakeIncoming();
 	const uint64 Deadline = FPlatformTime::Cycles64() + (uint64)(BudgetSeconds * 1e9);
-	while (FTaskNode* Node = Pending.TakeFirst())
+	while (const TUniquePtr<FTaskNode> Node = TakeFirst())
 	{
-		const TUniquePtr<FTaskNode> Owned(Node);
 		Node->Function();
 		if (FPlatformTime::Cycles64() >= Deadline)
 		{
@@ -77,6 +83,8 @@ void FGameThreadQueue::DiscardAll()
 	for (int32 Round = 0; Round < 100 && !IsEmpty(); ++Round)
 	{
 		TakeIncoming();
-		Pending.DiscardAll();
+		while (TakeFirst())
+		{
+		}
 	}
 }

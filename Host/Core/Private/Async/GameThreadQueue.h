@@ -2,6 +2,7 @@
 
 #include "HAL/Event.h"
 #include "TaskList.h"
+#include "Templates/UniquePtr.h"
 
 #include <atomic>
 
@@ -29,14 +30,19 @@ public:
 	/** Whether nothing waits to run. Game thread. */
 	bool IsEmpty() const { return Incoming.load() == nullptr && Pending.IsEmpty(); }
 
+	/** How many tasks wait to run. Any thread. */
+	int32 Num() const { return Waiting.load(std::memory_order_relaxed); }
+
 	/** Destroys all tasks without running them. Game thread. */
 	void DiscardAll();
 
 private:
 	void TakeIncoming();
+	TUniquePtr<FTaskNode> TakeFirst();
 
 	/** The newest posted task, linked to the one before. */
 	std::atomic<FTaskNode*> Incoming{nullptr};
+	std::atomic<int32> Waiting{0};
 	std::atomic<bool> bWaiting{false};
 	FTaskList Pending;
 	FEvent Arrived{EEventMode::AutoReset};

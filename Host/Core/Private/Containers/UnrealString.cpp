@@ -56,14 +56,6 @@ void FString::Reset(int32 NewReserved)
 	Data.Reset(NewReserved ? NewReserved + 1 : 0);
 }
 
-TCHAR* FString::AppendUninitialized(int32 Count)
-{
-	const int32 OldLen = Len();
-	Data.AddUninitialized(Data.Num() ? Count : Count + 1);
-	Data.GetData()[OldLen + Count] = 0;
-	return Data.GetData() + OldLen;
-}
-
 FString& FString::Append(FStringView Text)
 {
 	if (Text.Len() == 0)

@@ -1,8 +1,10 @@
 #include "HttpThread.h"
 
+#include "../Async/GameThreadQueue.h"
 #include "HAL/FaultInjection.h"
 #include "HAL/PlatformTime.h"
 #include "HAL/RunnableThread.h"
+#include "HttpModule.h"
 #include "HttpTransfer.h"
 #include "Misc/ScopeLock.h"
 
@@ -10,6 +12,9 @@ namespace
 {
 /** The longest that the thread waits before it looks at the time-outs, in milliseconds. */
 constexpr int32 PollMilliseconds = 50;
+
+/** The same while a transfer is paused: the game thread tells nobody when it has caught up. */
+constexpr int32 PausedPollMilliseconds = 1;
 
 struct FCurlLibrary
 {
@@ -75,11 +80,12 @@ uint32 FHttpThread::Run()
 	while (!bStopping)
 	{
 		TakeNew();
+		ResumePaused();
 		int Active = 0;
 		curl_multi_perform(Multi, &Active);
 		FinishDone();
 		EndStopped();
-		curl_multi_poll(Multi, nullptr, 0, PollMilliseconds, nullptr);
+		curl_multi_poll(Multi, nullptr, 0, IsAnyPaused() ? PausedPollMilliseconds : PollMilliseconds, nullptr);
 	}
 	return 0;
 }
@@ -109,6 +115,33 @@ void FHttpThread::StartTransfer(const TSharedRef<FHttpTransfer>& Transfer)
 	Running.Add(Transfer);
 }
 
+bool FHttpThread::IsAnyPaused() const
+{
+	return Running.ContainsByPredicate([](const TSharedRef<FHttpTransfer>& Transfer) { return Transfer->bPaused; });
+}
+
+void FHttpThread::ResumePaused()
+{
+	if (FGameThreadQueue::Get().Num() > FHttpModule::MaxTasksAhead / 2)
+	{
+		return;
+	}
+	for (int32 Index = Running.Num() - 1; Index >= 0; --Index)
+	{
+		FHttpTransfer& Transfer = *Running[Index];
+		if (!Exchange(Transfer.bPaused, false))
+		{
+			continue;
+		}
+		// What curl holds back is written in this call, which may pause the transfer again.
+		const CURLcode Code = curl_easy_pause(Transfer.Easy, CURLPAUSE_CONT);
+		if (Code != CURLE_OK)
+		{
+			End(Transfer, ReasonOf(Code, Transfer));
+		}
+	}
+}
+
 void FHttpThread::FinishDone()
 {
 	int Left = 0;
@@ -132,6 +165,8 @@ void FHttpThread::EndStopped()
 	for (int32 Index = Running.Num() - 1; Index >= 0; --Index)
 	{
 		FHttpTransfer& Transfer = *Running[Index];
+		// The peer isn't to blame for the silence of a pause.
+		Transfer.LastActivity = Transfer.bPaused ? Now : Transfer.LastActivity;
 		if (Transfer.bCancelled)
 		{
 			End(Transfer, EHttpFailureReason::Cancelled);

@@ -34,6 +34,9 @@ public:
 private:
 	void TakeNew();
 	void StartTransfer(const TSharedRef<FHttpTransfer>& Transfer);
+	/** Lets the paused transfers go on once the game thread has caught up. */
+	void ResumePaused();
+	bool IsAnyPaused() const;
 	void FinishDone();
 	void EndStopped();
 	void End(FHttpTransfer& Transfer, EHttpFailureReason Reason);

@@ -1,5 +1,6 @@
 #include "HttpTransfer.h"
 
+#include "../Async/GameThreadQueue.h"
 #include "HAL/PlatformTime.h"
 #include "HttpModule.h"
 #include "Misc/ScopeLock.h"
@@ -62,6 +63,11 @@ size_t OnBody(char* Data, size_t Size, size_t Count, void* UserData)
 	FHttpTransfer& Transfer = *(FHttpTransfer*)UserData;
 	const size_t Bytes = Size * Count;
 	Transfer.LastActivity = FPlatformTime::Seconds();
+	if (Transfer.Stream && FGameThreadQueue::Get().Num() >= FHttpModule::MaxTasksAhead)
+	{
+		Transfer.bPaused = true;
+		return CURL_WRITEFUNC_PAUSE;
+	}
 	Transfer.Received->BytesReceived += Bytes;
 	if (!Transfer.Stream)
 	{

@@ -67,6 +67,8 @@ struct FHttpTransfer
 
 	std::atomic<bool> bCancelled{false};
 	double LastActivity = 0.0;
+	/** Whether the body waits because the game thread has more to do than it should be given. */
+	bool bPaused = false;
 	EHttpFailureReason AbortReason = EHttpFailureReason::None;
 	CURL* Easy = nullptr;
 	curl_slist* HeaderList = nullptr;

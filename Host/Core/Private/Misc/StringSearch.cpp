@@ -13,6 +13,22 @@ TCHAR Fold(TCHAR Char)
 	return FChar::ToLower(Char);
 }
 
+/** Four units as one folded word; false when one isn't ASCII. */
+bool LoadFolded4(const TCHAR* Text, uint64& OutWord)
+{
+	uint64 Word;
+	std::memcpy(&Word, Text, sizeof(Word));
+	OutWord = Word;
+	if (Word & 0xFF80FF80FF80FF80ull)
+	{
+		return false;
+	}
+	const uint64 AboveA = Word + 0x003F003F003F003Full;
+	const uint64 AboveZ = Word + 0x0025002500250025ull;
+	OutWord = Word | (((AboveA & ~AboveZ) & 0x0080008000800080ull) >> 2);
+	return true;
+}
+
 /** Whether two blocks of 8 units are equal when ASCII letters are folded; false too when that can't tell. */
 bool EqualsFolded8(const TCHAR* A, const TCHAR* B)
 {
@@ -28,8 +44,30 @@ bool EqualsFolded8(const TCHAR* A, const TCHAR* B)
 	return _mm_movemask_epi8(_mm_cmpeq_epi16(FoldBlock(A), FoldBlock(B))) == 0xFFFF;
 }
 
+/**
+ * Compares ASCII of 4 to 8 units as two words that may overlap. @return false, with bOutEqual left alone, for any other
+ * text.
+ */
+bool CompareShortAscii(const TCHAR* A, const TCHAR* B, int32 Count, bool& bOutEqual)
+{
+	uint64 Words[4];
+	const int32 Second = Count - 4;
+	if (Count < 4 || Count > 8 || !LoadFolded4(A, Words[0]) || !LoadFolded4(B, Words[1]) ||
+		!LoadFolded4(A + Second, Words[2]) || !LoadFolded4(B + Second, Words[3]))
+	{
+		return false;
+	}
+	bOutEqual = Words[0] == Words[1] && Words[2] == Words[3];
+	return true;
+}
+
 bool EqualsIgnoringCase(const TCHAR* A, const TCHAR* B, int32 Count)
 {
+	bool bEqual = false;
+	if (CompareShortAscii(A, B, Count, bEqual))
+	{
+		return bEqual;
+	}
 	int32 Index = 0;
 	while (Index < Count)
 	{
@@ -37,6 +75,11 @@ bool EqualsIgnoringCase(const TCHAR* A, const TCHAR* B, int32 Count)
 		{
 			Index += 8;
 			continue;
+		}
+		// The last block reaches back over what is known to be equal.
+		if (Index > 0 && Index + 8 > Count && EqualsFolded8(A + Count - 8, B + Count - 8))
+		{
+			return true;
 		}
 		const int32 BlockEnd = std::min(Index + 8, Count);
 		for (; Index < BlockEnd; ++Index)
@@ -99,22 +142,6 @@ int32 SkipToForm(const TCHAR* Text, int32 Index, int32 End, FUnitForms First, in
 		}
 	}
 	return End;
-}
-
-/** Four units as one folded word; false when one isn't ASCII. */
-bool LoadFolded4(const TCHAR* Text, uint64& OutWord)
-{
-	uint64 Word;
-	std::memcpy(&Word, Text, sizeof(Word));
-	OutWord = Word;
-	if (Word & 0xFF80FF80FF80FF80ull)
-	{
-		return false;
-	}
-	const uint64 AboveA = Word + 0x003F003F003F003Full;
-	const uint64 AboveZ = Word + 0x0025002500250025ull;
-	OutWord = Word | (((AboveA & ~AboveZ) & 0x0080008000800080ull) >> 2);
-	return true;
 }
 
 /** Multiplies to 128 bits and folds the halves (the mixing step of wyhash, by Wang Yi, public domain). */
@@ -217,6 +244,26 @@ int32 StringSearch::Find(
 		}
 	}
 	return INDEX_NONE;
+}
+
+int32 StringSearch::FindChar(const TCHAR* Text, int32 Len, TCHAR Char)
+{
+	const __m128i Wanted = _mm_set1_epi16((short)Char);
+	int32 Index = 0;
+	for (; Index + 8 <= Len; Index += 8)
+	{
+		const __m128i Units = _mm_loadu_si128((const __m128i*)(Text + Index));
+		const int32 Mask = _mm_movemask_epi8(_mm_cmpeq_epi16(Units, Wanted));
+		if (Mask != 0)
+		{
+			return Index + __builtin_ctz((uint32)Mask) / 2;
+		}
+	}
+	while (Index < Len && Text[Index] != Char)
+	{
+		++Index;
+	}
+	return Index < Len ? Index : INDEX_NONE;
 }
 
 int32 StringSearch::FindLast(

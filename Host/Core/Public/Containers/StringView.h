@@ -89,7 +89,14 @@ public:
 
 	bool Equals(FStringView Other, ESearchCase::Type SearchCase = ESearchCase::CaseSensitive) const
 	{
-		return Size == Other.Size && StringSearch::EqualsCount(Data, Other.Data, Size, SearchCase);
+		if (Size != Other.Size)
+		{
+			return false;
+		}
+		// Nearly all texts that are equal are so exactly, which against a literal takes an instruction or two.
+		const SIZE_T Bytes = (SIZE_T)Other.Size * sizeof(TCHAR);
+		return Bytes == 0 || __builtin_memcmp(Data, Other.Data, Bytes) == 0 ||
+			(SearchCase == ESearchCase::IgnoreCase && StringSearch::EqualsCount(Data, Other.Data, Size, SearchCase));
 	}
 	int32 Compare(FStringView Other, ESearchCase::Type SearchCase = ESearchCase::CaseSensitive) const
 	{
@@ -117,9 +124,8 @@ public:
 	}
 	bool FindChar(TCHAR Char, int32& OutIndex) const
 	{
-		const TCHAR* Found = Size ? std::char_traits<TCHAR>::find(Data, (SIZE_T)Size, Char) : nullptr;
-		OutIndex = Found ? (int32)(Found - Data) : INDEX_NONE;
-		return Found != nullptr;
+		OutIndex = StringSearch::FindChar(Data, Size, Char);
+		return OutIndex != INDEX_NONE;
 	}
 	bool FindLastChar(TCHAR Char, int32& OutIndex) const
 	{

@@ -63,7 +63,13 @@ public:
 	/** Appends the text of UTF-8 bytes; malformed bytes become U+FFFD. */
 	FString& AppendUtf8(const ANSICHAR* Source, int64 Bytes);
 	/** Makes room for Count further units, which the caller fills. @return the first of them. */
-	TCHAR* AppendUninitialized(int32 Count);
+	TCHAR* AppendUninitialized(int32 Count)
+	{
+		const int32 OldLen = Len();
+		Data.AddUninitialized(Data.Num() ? Count : Count + 1);
+		Data.GetData()[OldLen + Count] = 0;
+		return Data.GetData() + OldLen;
+	}
 	void InsertAt(int32 Index, FStringView Text);
 	void InsertAt(int32 Index, TCHAR Char) { InsertAt(Index, FStringView(&Char, 1)); }
 	void RemoveAt(int32 Index, int32 Count = 1);

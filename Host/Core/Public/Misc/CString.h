@@ -72,6 +72,9 @@ int32 Find(
 int32 FindLast(
 	const TCHAR* Text, int32 Len, const TCHAR* Needle, int32 NeedleLen, int32 Start, ESearchCase::Type SearchCase);
 
+/** The first place of the unit, which is compared exactly. @return index or INDEX_NONE. */
+int32 FindChar(const TCHAR* Text, int32 Len, TCHAR Char);
+
 /** `*` stands for any run, `?` for any one unit. Time is at most the product of both lengths. */
 bool MatchesWildcard(
 	const TCHAR* Text, int32 Len, const TCHAR* Pattern, int32 PatternLen, ESearchCase::Type SearchCase);

@@ -1,10 +1,11 @@
 #include "Diagnostics/CVXPerformanceMonitor.h"
 
+#include "Diagnostics/CVXPerformanceLog.h"
 #include "HAL/PlatformTime.h"
 #include "Logging/LogMacros.h"
 #include "Misc/ScopeLock.h"
 
-DEFINE_LOG_CATEGORY_STATIC(LogCVXPerf, Log, All);
+DEFINE_LOG_CATEGORY(LogCVXPerf);
 
 namespace
 {

@@ -71,7 +71,7 @@ void FCVXSSEParser::ProcessLine(FStringView Line, const FOnEvent& OnEvent)
 
 void FCVXSSEParser::ProcessField(FStringView Name, FStringView Value)
 {
-	if (Name == TEXT("data"))
+	if (Name == TEXTVIEW("data"))
 	{
 		if (!CurrentData.IsEmpty())
 		{
@@ -79,7 +79,7 @@ void FCVXSSEParser::ProcessField(FStringView Name, FStringView Value)
 		}
 		CurrentData.Append(Value);
 	}
-	else if (Name == TEXT("event"))
+	else if (Name == TEXTVIEW("event"))
 	{
 		CurrentEvent.Reset();
 		CurrentEvent.Append(Value);
@@ -88,6 +88,7 @@ void FCVXSSEParser::ProcessField(FStringView Name, FStringView Value)
 
 void FCVXSSEParser::DispatchEvent(const FOnEvent& OnEvent)
 {
+	// Taken out before the call, whose handler may use the parser.
 	FCVXSSEEvent Event{MoveTemp(CurrentEvent), MoveTemp(CurrentData)};
 	CurrentEvent.Reset();
 	CurrentData.Reset();
@@ -95,4 +96,16 @@ void FCVXSSEParser::DispatchEvent(const FOnEvent& OnEvent)
 	{
 		OnEvent(Event);
 	}
+	if (CurrentEvent.IsEmpty() && CurrentData.IsEmpty())
+	{
+		ReuseMemory(MoveTemp(Event));
+	}
+}
+
+void FCVXSSEParser::ReuseMemory(FCVXSSEEvent&& Event)
+{
+	Event.EventType.Reset();
+	Event.Data.Reset();
+	CurrentEvent = MoveTemp(Event.EventType);
+	CurrentData = MoveTemp(Event.Data);
 }

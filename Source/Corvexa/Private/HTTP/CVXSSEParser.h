@@ -34,6 +34,7 @@ private:
 	void ProcessLine(FStringView Line, const FOnEvent& OnEvent);
 	void ProcessField(FStringView Name, FStringView Value);
 	void DispatchEvent(const FOnEvent& OnEvent);
+	void ReuseMemory(FCVXSSEEvent&& Event);
 
 	/** The text behind the last newline. */
 	FString LineBuffer;

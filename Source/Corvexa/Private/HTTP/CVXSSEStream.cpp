@@ -1,6 +1,7 @@
 #include "HTTP/CVXSSEStream.h"
 
 #include "Async/Async.h"
+#include "Containers/Ticker.h"
 #include "CoreGlobals.h"
 #include "HAL/PlatformTime.h"
 #include "Misc/ScopeLock.h"
@@ -115,6 +116,7 @@ void FCVXSSEStream::Flush()
 
 void FCVXSSEStream::FlushPendingChunks()
 {
+	const bool bHere = IsInGameThread();
 	FString Chunk;
 	{
 		FScopeLock Lock(&ChunkLock);
@@ -125,23 +127,65 @@ void FCVXSSEStream::FlushPendingChunks()
 		Chunk = MoveTemp(PendingChunks);
 		PendingChunks.Reset();
 		LastFlushTime = FPlatformTime::Seconds();
+		QueuedChunks += bHere ? 0 : 1;
 	}
-	if (IsInGameThread())
+	if (bHere)
 	{
-		if (!bCancelled)
-		{
-			Parser.FeedChunk(Chunk, OnEvent);
-		}
+		Parse(Chunk);
 		return;
 	}
-	AsyncTask(ENamedThreads::GameThread,
-		[Stream = AsShared(), Chunk = MoveTemp(Chunk)]
-		{
-			if (!Stream->bCancelled)
-			{
-				Stream->Parser.FeedChunk(Chunk, Stream->OnEvent);
-			}
-		});
+	AsyncTask(
+		ENamedThreads::GameThread, [Stream = AsShared(), Chunk = MoveTemp(Chunk)] { Stream->ParseQueued(Chunk); });
+}
+
+void FCVXSSEStream::ParseQueued(const FString& Chunk)
+{
+	Parse(Chunk);
+	FScopeLock Lock(&ChunkLock);
+	--QueuedChunks;
+}
+
+void FCVXSSEStream::Parse(const FString& Chunk)
+{
+	if (!bCancelled)
+	{
+		WatchForPending();
+		Parser.FeedChunk(Chunk, OnEvent);
+	}
+}
+
+/** Text is left pending only a short while behind a batch, so the batch starts the timer. */
+void FCVXSSEStream::WatchForPending()
+{
+	if (bWatching)
+	{
+		return;
+	}
+	bWatching = true;
+	FTSTicker::GetCoreTicker().AddTicker(FTickerDelegate::CreateLambda(
+											 [WeakStream = AsShared().ToWeakPtr()](float)
+											 {
+												 const TSharedPtr<FCVXSSEStream> Stream = WeakStream.Pin();
+												 return Stream && Stream->FlushOverdue();
+											 }),
+		(float)FlushIntervalSecs);
+}
+
+/** @return whether the timer goes on. */
+bool FCVXSSEStream::FlushOverdue()
+{
+	bool bOverdue = false;
+	{
+		FScopeLock Lock(&ChunkLock);
+		const bool bDue = FPlatformTime::Seconds() - LastFlushTime >= FlushIntervalSecs;
+		bWatching = !bCancelled && !(bDue && PendingChunks.IsEmpty());
+		bOverdue = bDue && QueuedChunks == 0;
+	}
+	if (bWatching && bOverdue)
+	{
+		FlushPendingChunks();
+	}
+	return bWatching;
 }
 
 void FCVXSSEStream::Cancel()

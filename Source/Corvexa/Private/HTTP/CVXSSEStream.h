@@ -8,8 +8,9 @@
 
 /**
  * Takes the bytes of a streamed response and delivers its server-sent events on the game thread, in order. The HTTP
- * thread writes; text goes over to the game thread in batches, at most one each 16 ms while little arrives. Always
- * owned by a shared pointer, which a batch under way holds too.
+ * thread writes; text goes over to the game thread in batches, at most one each 16 ms while little arrives. What is
+ * left pending when the peer falls silent follows by a timer of the game thread, so that no word waits for the next.
+ * Always owned by a shared pointer, which a batch under way holds too.
  */
 class FCVXSSEStream
 	: public FArchive
@@ -43,6 +44,10 @@ private:
 	void KeepRaw(const uint8* Data, int64 Num);
 	void Decode(const uint8* Data, int64 Num);
 	void FlushPendingChunks();
+	void Parse(const FString& Chunk);
+	void ParseQueued(const FString& Chunk);
+	void WatchForPending();
+	bool FlushOverdue();
 
 	TFunction<void(const FCVXSSEEvent&)> OnEvent;
 	/** Touched on the game thread alone. */
@@ -55,6 +60,10 @@ private:
 	FCriticalSection ChunkLock;
 	FString PendingChunks;
 	double LastFlushTime = 0.0;
+	/** The batches on their way to the game thread, which nothing newer may overtake. Under the same lock. */
+	int32 QueuedChunks = 0;
+	/** Whether the timer runs that looks for overdue text. Game thread. */
+	bool bWatching = false;
 
 	/** The first bytes of a UTF-8 sequence whose rest hasn't come yet. Touched by the writing thread alone. */
 	TArray<uint8> IncompleteTail;

@@ -59,11 +59,12 @@ FString FCVXProviderBase::StreamRequest(const FCVXProviderRequest& Request, cons
 	const TSharedRef<FRequestState> State = MakeState();
 	State->Callbacks = Callbacks;
 	State->Stream = MakeShared<FCVXSSEStream>(
-		[this, Handle, Alive = AliveFlag](const FCVXSSEEvent& Event)
+		[this, Handle, Alive = AliveFlag, WeakState = State.ToWeakPtr()](const FCVXSSEEvent& Event)
 		{
-			if (*Alive)
+			const TSharedPtr<FRequestState> Active = *Alive ? WeakState.Pin() : nullptr;
+			if (Active && Active->bActive)
 			{
-				OnEvent(Handle, Event);
+				HandleSSEEvent(Handle, *Active, Event);
 			}
 		});
 
@@ -99,14 +100,6 @@ void FCVXProviderBase::CancelRequest(const FString& Handle)
 	{
 		State->Stream->Cancel();
 		State->HttpRequest->CancelRequest();
-	}
-}
-
-void FCVXProviderBase::OnEvent(const FString& Handle, const FCVXSSEEvent& Event)
-{
-	if (const TSharedPtr<FRequestState> State = ActiveRequests.FindRef(Handle))
-	{
-		HandleSSEEvent(Handle, *State, Event);
 	}
 }
 
@@ -201,6 +194,9 @@ void FCVXProviderBase::FailRequest(const FString& Handle, const FString& ErrorTe
 TSharedPtr<FCVXProviderBase::FRequestState> FCVXProviderBase::RemoveState(const FString& Handle)
 {
 	TSharedPtr<FRequestState> State;
-	ActiveRequests.RemoveAndCopyValue(Handle, State);
+	if (ActiveRequests.RemoveAndCopyValue(Handle, State))
+	{
+		State->bActive = false;
+	}
 	return State;
 }

@@ -43,6 +43,8 @@ protected:
 		FCVXProviderCallbacks Callbacks;
 		FCVXTokenUsage Usage;
 		int32 JsonParseFailures = 0;
+		/** False from its terminal event on; asked once an event, which a look into the map would slow down. */
+		bool bActive = true;
 	};
 
 	virtual TSharedRef<FRequestState> MakeState() const = 0;
@@ -70,7 +72,6 @@ protected:
 	const FCVXProviderProfile Profile;
 
 private:
-	void OnEvent(const FString& Handle, const FCVXSSEEvent& Event);
 	void OnHttpComplete(const FString& Handle, const FHttpResponsePtr& Response, bool bConnected);
 	void OnStreamClosed(const FString& Handle);
 	TSharedPtr<FRequestState> RemoveState(const FString& Handle);

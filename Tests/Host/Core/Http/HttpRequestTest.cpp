@@ -1,3 +1,4 @@
+#include "Async/Async.h"
 #include "CoreGlobals.h"
 #include "HttpModule.h"
 #include "Serialization/Archive.h"
@@ -10,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <atomic>
 #include <mutex>
 #include <thread>
 
@@ -40,6 +43,29 @@ public:
 private:
 	mutable std::mutex Mutex;
 	std::string Bytes;
+};
+
+/** Posts a task to the game thread for each block, as one does that hands the bytes on. */
+class FPostingStream final : public FArchive
+{
+public:
+	void Serialize(void*, int64 Num) override
+	{
+		const int32 Waiting = ++Posted - Run;
+		MostWaiting = std::max(MostWaiting, Waiting);
+		AsyncTask(ENamedThreads::GameThread,
+			[this, Num]
+			{
+				++Run;
+				BytesDelivered += (size_t)Num;
+			});
+	}
+
+	std::atomic<int32> Posted{0};
+	std::atomic<int32> Run{0};
+	/** Touched by the HTTP thread until the request's end. */
+	int32 MostWaiting = 0;
+	size_t BytesDelivered = 0;
 };
 
 /** What a completion told. */
@@ -122,6 +148,29 @@ TEST(HttpRequest, AStreamGetsTheBodyAsItArrivesAndTheEndComesBehindIt)
 	EXPECT_TRUE(Pump.Until([&Outcome] { return Outcome.bCompleted; }));
 	EXPECT_EQ(Stream->Get(), "firstsecond");
 	EXPECT_TRUE(Outcome.Response->GetContent().IsEmpty());
+}
+
+TEST(HttpRequest, ABodyWaitsWhileTheGameThreadIsBehind)
+{
+	FLoopPump Pump;
+	FLoopbackServer Server;
+	constexpr size_t BlockBytes = 16384;
+	constexpr size_t Blocks = 1000;
+	Server.Enqueue(FLoopbackReply::Repeated(std::make_shared<const std::string>(BlockBytes, 'x'), Blocks));
+	FOutcome Outcome;
+	const FHttpRequestRef Request = MakeRequest(Server, Outcome);
+	const TSharedRef<FPostingStream> Stream = MakeShared<FPostingStream>();
+	Request->SetResponseBodyReceiveStream(Stream);
+	ASSERT_TRUE(Request->ProcessRequest());
+	// The loop stands still until nothing more comes.
+	while (Stream->Posted < FHttpModule::MaxTasksAhead)
+	{
+		std::this_thread::yield();
+	}
+	EXPECT_TRUE(Pump.Until([&Outcome] { return Outcome.bCompleted; }));
+	EXPECT_TRUE(Outcome.bSucceeded);
+	EXPECT_EQ(Stream->BytesDelivered, Blocks * BlockBytes);
+	EXPECT_LE(Stream->MostWaiting, FHttpModule::MaxTasksAhead);
 }
 
 TEST(HttpRequest, EveryWayToLoseTheConnectionEndsInOneFailure)

@@ -1,77 +1,71 @@
 #include "Providers/Anthropic/CVXAnthropicDelta.h"
 
-namespace
-{
-/** Passes over the value whose first token was read. @return false on an error. */
-bool SkipValue(FJsonReader& Reader, EJsonNotation Notation)
-{
-	const bool bContainer = Notation == EJsonNotation::ObjectStart || Notation == EJsonNotation::ArrayStart;
-	return !bContainer || Reader.SkipObject();
-}
-} // namespace
+#include "Core/CVXJsonCursor.h"
 
 bool FCVXAnthropicDelta::Read(const FString& Data)
 {
-	FJsonReader Reader(Data);
-	EJsonNotation Notation = EJsonNotation::Error;
-	if (!Reader.ReadNext(Notation) || Notation != EJsonNotation::ObjectStart)
+	Size = Data.Len();
+	FCVXJsonCursor Json(Data);
+	return Json.ReadObject([this, &Json](FStringView Name) { return ReadMember(Json, Name); }) && Json.IsAtEnd();
+}
+
+bool FCVXAnthropicDelta::ReadMember(FCVXJsonCursor& Json, FStringView Name)
+{
+	if (Name == TEXTVIEW("index") && Json.IsAtNumber())
+	{
+		return Json.ReadInteger(Index);
+	}
+	if (Name == TEXTVIEW("delta") && Json.IsAtObject())
+	{
+		return ReadDelta(Json);
+	}
+	return Json.SkipValue();
+}
+
+bool FCVXAnthropicDelta::ReadDelta(FCVXJsonCursor& Json)
+{
+	return Json.ReadObject([this, &Json](FStringView Name) { return ReadDeltaMember(Json, Name); });
+}
+
+bool FCVXAnthropicDelta::ReadDeltaMember(FCVXJsonCursor& Json, FStringView Name)
+{
+	if (!Json.IsAtString())
+	{
+		return Json.SkipValue();
+	}
+	if (Name == TEXTVIEW("text"))
+	{
+		return ReadText(Json);
+	}
+	if (Name == TEXTVIEW("partial_json"))
+	{
+		return Json.ReadString(PartialJson.Emplace());
+	}
+	if (Name == TEXTVIEW("thinking"))
+	{
+		return Json.ReadString(Thinking.Emplace());
+	}
+	return Name == TEXTVIEW("type") ? ReadType(Json) : Json.SkipValue();
+}
+
+bool FCVXAnthropicDelta::ReadText(FCVXJsonCursor& Json)
+{
+	TextStart = Size - Json.GetRest().Len();
+	const bool bRead = Json.ReadString(Text.Emplace());
+	TextEnd = Size - Json.GetRest().Len();
+	return bRead;
+}
+
+bool FCVXAnthropicDelta::ReadType(FCVXJsonCursor& Json)
+{
+	FStringView Name;
+	if (!Json.ReadString(Name))
 	{
 		return false;
 	}
-	while (Reader.ReadNext(Notation) && Notation != EJsonNotation::ObjectEnd)
-	{
-		if (!ReadMember(Reader, Notation))
-		{
-			return false;
-		}
-	}
-	// What stands behind the object makes the text bad JSON.
-	return Notation == EJsonNotation::ObjectEnd && !Reader.ReadNext(Notation) && Notation != EJsonNotation::Error;
-}
-
-bool FCVXAnthropicDelta::ReadMember(FJsonReader& Reader, EJsonNotation Notation)
-{
-	if (Notation == EJsonNotation::Number && Reader.GetIdentifier() == TEXT("index"))
-	{
-		Index = FCString::Atoi(*Reader.GetValueAsNumberString());
-		return true;
-	}
-	if (Notation == EJsonNotation::ObjectStart && Reader.GetIdentifier() == TEXT("delta"))
-	{
-		return ReadDelta(Reader);
-	}
-	return SkipValue(Reader, Notation);
-}
-
-bool FCVXAnthropicDelta::ReadDelta(FJsonReader& Reader)
-{
-	EJsonNotation Notation = EJsonNotation::Error;
-	while (Reader.ReadNext(Notation) && Notation != EJsonNotation::ObjectEnd)
-	{
-		const FString& Name = Reader.GetIdentifier();
-		if (Notation != EJsonNotation::String)
-		{
-			if (!SkipValue(Reader, Notation))
-			{
-				return false;
-			}
-		}
-		else if (Name == TEXT("type"))
-		{
-			Type = Reader.GetValueAsString();
-		}
-		else if (Name == TEXT("text"))
-		{
-			Text = Reader.GetValueAsString();
-		}
-		else if (Name == TEXT("partial_json"))
-		{
-			PartialJson = Reader.GetValueAsString();
-		}
-		else if (Name == TEXT("thinking"))
-		{
-			Thinking = Reader.GetValueAsString();
-		}
-	}
-	return Notation == EJsonNotation::ObjectEnd;
+	Type = Name == TEXTVIEW("text_delta")      ? ECVXAnthropicDeltaType::Text
+		: Name == TEXTVIEW("input_json_delta") ? ECVXAnthropicDeltaType::InputJson
+		: Name == TEXTVIEW("thinking_delta")   ? ECVXAnthropicDeltaType::Thinking
+											   : ECVXAnthropicDeltaType::Other;
+	return true;
 }

@@ -1,17 +1,26 @@
 #pragma once
 
 #include "CoreMinimal.h"
-#include "Serialization/JsonReader.h"
 
-/**
- * The event `content_block_delta`, which a stream carries once a word: read token by token, since a tree of values for
- * each would cost more than all the rest.
- */
+class FCVXJsonCursor;
+
+enum class ECVXAnthropicDeltaType : uint8
+{
+	Other,
+	Text,
+	InputJson,
+	Thinking
+};
+
+/** The event `content_block_delta`, which a stream carries once a word. */
 struct FCVXAnthropicDelta
 {
 	int32 Index = INDEX_NONE;
-	FString Type;
+	ECVXAnthropicDeltaType Type = ECVXAnthropicDeltaType::Other;
 	TOptional<FString> Text;
+	/** Where the text stands in the data, with its quotes. */
+	int32 TextStart = 0;
+	int32 TextEnd = 0;
 	TOptional<FString> PartialJson;
 	TOptional<FString> Thinking;
 
@@ -19,6 +28,12 @@ struct FCVXAnthropicDelta
 	bool Read(const FString& Data);
 
 private:
-	bool ReadMember(FJsonReader& Reader, EJsonNotation Notation);
-	bool ReadDelta(FJsonReader& Reader);
+	bool ReadMember(FCVXJsonCursor& Json, FStringView Name);
+	bool ReadDelta(FCVXJsonCursor& Json);
+	bool ReadDeltaMember(FCVXJsonCursor& Json, FStringView Name);
+	bool ReadText(FCVXJsonCursor& Json);
+	bool ReadType(FCVXJsonCursor& Json);
+
+	/** The length of the data, from whose end the cursor counts. */
+	int32 Size = 0;
 };

@@ -56,7 +56,7 @@ FString FCVXAnthropicProvider::BuildRequestJson(const FCVXProviderRequest& Reque
 
 void FCVXAnthropicProvider::HandleSSEEvent(const FString& Handle, FRequestState& BaseState, const FCVXSSEEvent& Event)
 {
-	if (Event.Data == TEXT("[DONE]") || Event.EventType == TEXT("message_stop"))
+	if (Event.Data == TEXTVIEW("[DONE]") || Event.EventType == TEXTVIEW("message_stop"))
 	{
 		FinishRequest(Handle);
 		return;
@@ -66,7 +66,7 @@ void FCVXAnthropicProvider::HandleSSEEvent(const FString& Handle, FRequestState&
 		return;
 	}
 	FAnthropicState& State = static_cast<FAnthropicState&>(BaseState);
-	if (Event.EventType == TEXT("content_block_delta"))
+	if (Event.EventType == TEXTVIEW("content_block_delta"))
 	{
 		HandleContentBlockDelta(Handle, State, Event.Data);
 		return;
@@ -76,23 +76,23 @@ void FCVXAnthropicProvider::HandleSSEEvent(const FString& Handle, FRequestState&
 	{
 		return;
 	}
-	if (Event.EventType == TEXT("content_block_start"))
+	if (Event.EventType == TEXTVIEW("content_block_start"))
 	{
 		HandleContentBlockStart(State, *Json);
 	}
-	else if (Event.EventType == TEXT("content_block_stop"))
+	else if (Event.EventType == TEXTVIEW("content_block_stop"))
 	{
 		HandleContentBlockStop(State, *Json);
 	}
-	else if (Event.EventType == TEXT("message_start"))
+	else if (Event.EventType == TEXTVIEW("message_start"))
 	{
 		HandleMessageStart(State, *Json);
 	}
-	else if (Event.EventType == TEXT("message_delta"))
+	else if (Event.EventType == TEXTVIEW("message_delta"))
 	{
 		HandleMessageDelta(State, *Json);
 	}
-	else if (Event.EventType == TEXT("error"))
+	else if (Event.EventType == TEXTVIEW("error"))
 	{
 		HandleError(Handle, *Json);
 	}
@@ -140,6 +140,10 @@ void FCVXAnthropicProvider::HandleContentBlockStart(FAnthropicState& State, cons
 
 void FCVXAnthropicProvider::HandleContentBlockDelta(const FString& Handle, FAnthropicState& State, const FString& Data)
 {
+	if (HandleFramedText(State, Data))
+	{
+		return;
+	}
 	FCVXAnthropicDelta Delta;
 	if (!Delta.Read(Data))
 	{
@@ -147,28 +151,54 @@ void FCVXAnthropicProvider::HandleContentBlockDelta(const FString& Handle, FAnth
 		return;
 	}
 	NoteParseSuccess(State);
-	if (Delta.Type == TEXT("text_delta"))
+	HandleDelta(State, Data, Delta);
+}
+
+bool FCVXAnthropicProvider::HandleFramedText(FAnthropicState& State, const FString& Data)
+{
+	// Taken out for the call, which may let further events in.
+	FString Text = MoveTemp(State.SpareText);
+	const bool bFramed = State.TextFrame.ReadString(Data, Text);
+	if (bFramed)
 	{
+		NoteParseSuccess(State);
+		if (State.Callbacks.OnTextDelta)
+		{
+			State.Callbacks.OnTextDelta(Text);
+		}
+	}
+	State.SpareText = MoveTemp(Text);
+	return bFramed;
+}
+
+void FCVXAnthropicProvider::HandleDelta(FAnthropicState& State, const FString& Data, const FCVXAnthropicDelta& Delta)
+{
+	switch (Delta.Type)
+	{
+	case ECVXAnthropicDeltaType::Text:
+		if (Delta.Text.IsSet())
+		{
+			State.TextFrame.Keep(Data, Delta.TextStart, Delta.TextEnd);
+		}
 		if (Delta.Text.IsSet() && State.Callbacks.OnTextDelta)
 		{
 			State.Callbacks.OnTextDelta(*Delta.Text);
 		}
-	}
-	else if (Delta.Type == TEXT("input_json_delta"))
-	{
-		FString* Json = State.ToolJson.Find(Delta.Index);
-		if (Json && Delta.PartialJson.IsSet())
+		return;
+	case ECVXAnthropicDeltaType::InputJson:
+		if (FString* Json = State.ToolJson.Find(Delta.Index); Json && Delta.PartialJson.IsSet())
 		{
 			Json->Append(*Delta.PartialJson);
 		}
-	}
-	else if (Delta.Type == TEXT("thinking_delta"))
-	{
-		const bool bText = Delta.Thinking.IsSet() && !Delta.Thinking->IsEmpty();
-		if (bText && State.Callbacks.OnReasoningDelta)
+		return;
+	case ECVXAnthropicDeltaType::Thinking:
+		if (Delta.Thinking.IsSet() && !Delta.Thinking->IsEmpty() && State.Callbacks.OnReasoningDelta)
 		{
 			State.Callbacks.OnReasoningDelta(*Delta.Thinking);
 		}
+		return;
+	case ECVXAnthropicDeltaType::Other:
+		return;
 	}
 }
 

@@ -1,0 +1,287 @@
+#include "Core/CVXJsonCursor.h"
+
+#include <bit>
+
+namespace
+{
+bool IsDigit(TCHAR Char)
+{
+	return Char >= TEXT('0') && Char <= TEXT('9');
+}
+
+/** The value of a hexadecimal digit, or -1. */
+int32 HexValue(TCHAR Char)
+{
+	if (IsDigit(Char))
+	{
+		return Char - TEXT('0');
+	}
+	const TCHAR Lower = (TCHAR)(Char | 0x20);
+	return Lower >= TEXT('a') && Lower <= TEXT('f') ? Lower - TEXT('a') + 10 : -1;
+}
+
+/** What a letter behind a backslash stands for; 0 for one that JSON doesn't know. */
+TCHAR MeaningOf(TCHAR Letter)
+{
+	switch (Letter)
+	{
+	case TEXT('"'):
+	case TEXT('\\'):
+	case TEXT('/'):
+		return Letter;
+	case TEXT('b'):
+		return TEXT('\b');
+	case TEXT('f'):
+		return TEXT('\f');
+	case TEXT('n'):
+		return TEXT('\n');
+	case TEXT('r'):
+		return TEXT('\r');
+	case TEXT('t'):
+		return TEXT('\t');
+	default:
+		return 0;
+	}
+}
+constexpr uint64 OneEach = 0x0001000100010001ull;
+constexpr uint64 TopBits = 0x8000800080008000ull;
+
+/** Of four units at once: the top bit of the first that is below Limit, and perhaps of some behind it. */
+uint64 FindBelow(uint64 Units, uint64 Limit)
+{
+	return (Units - OneEach * Limit) & ~Units & TopBits;
+}
+
+/** The same for what can't stand for itself in a string. */
+uint64 FindSpecials(const TCHAR* Text)
+{
+	uint64 Units;
+	FMemory::Memcpy(&Units, Text, sizeof(Units));
+	return FindBelow(Units, 0x20) | FindBelow(Units ^ OneEach * TEXT('"'), 1) |
+		FindBelow(Units ^ OneEach * TEXT('\\'), 1);
+}
+
+/** How many units stand before the first that is marked. */
+int32 CountTrailingUnits(uint64 Marks)
+{
+	return std::countr_zero(Marks) / 16;
+}
+} // namespace
+
+FCVXJsonCursor::FCVXJsonCursor(FStringView InText)
+	: At(InText.GetData())
+	, End(InText.GetData() + InText.Len())
+{
+	At += InText.StartsWith((TCHAR)0xFEFF) ? 1 : 0;
+}
+
+bool FCVXJsonCursor::IsAtNumber()
+{
+	SkipSpace();
+	return At != End && (*At == TEXT('-') || IsDigit(*At));
+}
+
+bool FCVXJsonCursor::IsAtEnd()
+{
+	SkipSpace();
+	return At == End;
+}
+
+bool FCVXJsonCursor::ReadName(FStringView& Out)
+{
+	return ReadString(Out) && Accept(TEXT(':'));
+}
+
+/** The end of the run of characters that stand for themselves in a string. */
+const TCHAR* FCVXJsonCursor::FindPlainEnd() const
+{
+	const TCHAR* Current = At;
+	while (End - Current >= 4)
+	{
+		const uint64 Specials = FindSpecials(Current);
+		if (Specials != 0)
+		{
+			return Current + CountTrailingUnits(Specials);
+		}
+		Current += 4;
+	}
+	while (Current != End && *Current != TEXT('"') && *Current != TEXT('\\') && *Current >= 0x20)
+	{
+		++Current;
+	}
+	return Current;
+}
+
+bool FCVXJsonCursor::ReadString(FStringView& Out)
+{
+	if (!Accept(TEXT('"')))
+	{
+		return false;
+	}
+	const TCHAR* PlainEnd = FindPlainEnd();
+	if (PlainEnd != End && *PlainEnd == TEXT('"'))
+	{
+		Out = FStringView(At, (int32)(PlainEnd - At));
+		At = PlainEnd + 1;
+		return true;
+	}
+	Decoded.Reset();
+	const bool bDecoded = DecodeString(Decoded);
+	Out = Decoded;
+	return bDecoded;
+}
+
+bool FCVXJsonCursor::ReadString(FString& Out)
+{
+	Out.Reset();
+	return Accept(TEXT('"')) && DecodeString(Out);
+}
+
+/** Goes on behind the opening quote. */
+bool FCVXJsonCursor::DecodeString(FString& Out)
+{
+	for (;;)
+	{
+		const TCHAR* PlainEnd = FindPlainEnd();
+		Out.Append(At, (int32)(PlainEnd - At));
+		At = PlainEnd;
+		if (At == End || *At < 0x20)
+		{
+			return false;
+		}
+		if (*At++ == TEXT('"'))
+		{
+			return true;
+		}
+		if (!DecodeEscape(Out))
+		{
+			return false;
+		}
+	}
+}
+
+bool FCVXJsonCursor::DecodeEscape(FString& Out)
+{
+	if (At == End)
+	{
+		return false;
+	}
+	const TCHAR Letter = *At++;
+	if (Letter == TEXT('u'))
+	{
+		return DecodeCodeUnit(Out);
+	}
+	const TCHAR Meaning = MeaningOf(Letter);
+	Out.Append(&Meaning, 1);
+	return Meaning != 0;
+}
+
+/** Surrogates need no partner here: two that belong together come in order and make their character. */
+bool FCVXJsonCursor::DecodeCodeUnit(FString& Out)
+{
+	if (End - At < 4)
+	{
+		return false;
+	}
+	int32 Unit = 0;
+	for (int32 Digit = 0; Digit < 4; ++Digit)
+	{
+		const int32 Value = HexValue(*At++);
+		if (Value < 0)
+		{
+			return false;
+		}
+		Unit = Unit * 16 + Value;
+	}
+	// A character alone would be dropped if it is NUL.
+	const TCHAR Char = (TCHAR)Unit;
+	Out.Append(&Char, 1);
+	return true;
+}
+
+bool FCVXJsonCursor::SkipDigits()
+{
+	const TCHAR* Start = At;
+	while (At != End && IsDigit(*At))
+	{
+		++At;
+	}
+	return At != Start;
+}
+
+bool FCVXJsonCursor::ReadNumber(FStringView& Out)
+{
+	SkipSpace();
+	const TCHAR* Start = At;
+	At += At != End && *At == TEXT('-') ? 1 : 0;
+	const TCHAR* Whole = At;
+	if (!SkipDigits() || (*Whole == TEXT('0') && At - Whole > 1))
+	{
+		return false;
+	}
+	if (At != End && *At == TEXT('.') && (++At, !SkipDigits()))
+	{
+		return false;
+	}
+	if (At != End && (*At == TEXT('e') || *At == TEXT('E')))
+	{
+		++At;
+		At += At != End && (*At == TEXT('-') || *At == TEXT('+')) ? 1 : 0;
+		if (!SkipDigits())
+		{
+			return false;
+		}
+	}
+	Out = FStringView(Start, (int32)(At - Start));
+	return true;
+}
+
+bool FCVXJsonCursor::ReadInteger(int32& Out)
+{
+	FStringView Number;
+	if (!ReadNumber(Number))
+	{
+		return false;
+	}
+	// Nearly always: the index of a block.
+	if (Number.Len() == 1)
+	{
+		Out = Number[0] - TEXT('0');
+		return true;
+	}
+	Out = (int32)FMath::Clamp(FCString::Atod(*FString(Number)), (double)MIN_int32, (double)MAX_int32);
+	return true;
+}
+
+bool FCVXJsonCursor::SkipWord(FStringView Word)
+{
+	if (End - At < Word.Len() || !FStringView(At, Word.Len()).Equals(Word))
+	{
+		return false;
+	}
+	At += Word.Len();
+	return true;
+}
+
+bool FCVXJsonCursor::SkipValue()
+{
+	SkipSpace();
+	FStringView Passed;
+	switch (At != End ? *At : TEXT('\0'))
+	{
+	case TEXT('{'):
+		return ReadObject([this](FStringView) { return SkipValue(); });
+	case TEXT('['):
+		return ReadArray([this] { return SkipValue(); });
+	case TEXT('"'):
+		return ReadString(Passed);
+	case TEXT('t'):
+		return SkipWord(TEXTVIEW("true"));
+	case TEXT('f'):
+		return SkipWord(TEXTVIEW("false"));
+	case TEXT('n'):
+		return SkipWord(TEXTVIEW("null"));
+	default:
+		return ReadNumber(Passed);
+	}
+}

@@ -1,0 +1,140 @@
+#pragma once
+
+#include "CoreMinimal.h"
+
+/**
+ * Reads a JSON text (RFC 8259) in place, forward only and without a tree: for what a stream carries once a word, where
+ * a tree of values would cost more than all the rest. Every operation gives false for text that isn't JSON, from where
+ * on the cursor is of no more use, and for a value of another kind than the one asked for.
+ */
+class FCVXJsonCursor
+{
+public:
+	/** Objects and arrays nested deeper than this are refused. */
+	static constexpr int32 MaxDepth = 512;
+
+	/** @param InText must outlive the cursor. A byte order mark in front is passed over. */
+	explicit FCVXJsonCursor(FStringView InText);
+
+	/** What the next value is, by its first character. */
+	bool IsAtObject() { return IsAt(TEXT('{')); }
+	bool IsAtArray() { return IsAt(TEXT('[')); }
+	bool IsAtString() { return IsAt(TEXT('"')); }
+	bool IsAtNumber();
+
+	/**
+	 * Reads an object. ReadMember is called with the name of each member, good until the cursor is used next; it reads
+	 * the value or skips it, and returns whether that went well.
+	 */
+	template <typename VisitorType>
+	bool ReadObject(VisitorType&& ReadMember);
+	/** Reads an array. ReadElement reads or skips one value, and returns whether that went well. */
+	template <typename VisitorType>
+	bool ReadArray(VisitorType&& ReadElement);
+	/** Reads a string into Out, whose memory is used again. */
+	bool ReadString(FString& Out);
+	/** The same without a copy where the string has no escapes. @param Out good until the cursor is used next. */
+	bool ReadString(FStringView& Out);
+	/** Reads a number and cuts its fraction. */
+	bool ReadInteger(int32& Out);
+	/** Passes over a value of any kind, checking it. */
+	bool SkipValue();
+
+	/** Whether nothing but blanks is left. */
+	bool IsAtEnd();
+	/** What hasn't been read yet. */
+	FStringView GetRest() const { return FStringView(At, (int32)(End - At)); }
+
+private:
+	void SkipSpace();
+	bool IsAt(TCHAR Char);
+	/** Passes over blanks, and over the character if it is next. */
+	bool Accept(TCHAR Char);
+	bool Open(TCHAR Bracket) { return Accept(Bracket) && ++Depth <= MaxDepth; }
+	bool Close(TCHAR Bracket);
+	bool ReadName(FStringView& Out);
+	const TCHAR* FindPlainEnd() const;
+	bool DecodeString(FString& Out);
+	bool DecodeEscape(FString& Out);
+	bool DecodeCodeUnit(FString& Out);
+	bool ReadNumber(FStringView& Out);
+	bool SkipDigits();
+	bool SkipWord(FStringView Word);
+
+	const TCHAR* At;
+	const TCHAR* const End;
+	int32 Depth = 0;
+	/** The last string that had escapes. */
+	FString Decoded;
+};
+
+template <typename VisitorType>
+bool FCVXJsonCursor::ReadObject(VisitorType&& ReadMember)
+{
+	if (!Open(TEXT('{')))
+	{
+		return false;
+	}
+	if (Close(TEXT('}')))
+	{
+		return true;
+	}
+	do
+	{
+		FStringView Name;
+		if (!ReadName(Name) || !ReadMember(Name))
+		{
+			return false;
+		}
+	} while (Accept(TEXT(',')));
+	return Close(TEXT('}'));
+}
+
+template <typename VisitorType>
+bool FCVXJsonCursor::ReadArray(VisitorType&& ReadElement)
+{
+	if (!Open(TEXT('[')))
+	{
+		return false;
+	}
+	if (Close(TEXT(']')))
+	{
+		return true;
+	}
+	do
+	{
+		if (!ReadElement())
+		{
+			return false;
+		}
+	} while (Accept(TEXT(',')));
+	return Close(TEXT(']'));
+}
+
+inline void FCVXJsonCursor::SkipSpace()
+{
+	while (At != End && (*At == TEXT(' ') || *At == TEXT('\n') || *At == TEXT('\r') || *At == TEXT('\t')))
+	{
+		++At;
+	}
+}
+
+inline bool FCVXJsonCursor::IsAt(TCHAR Char)
+{
+	SkipSpace();
+	return At != End && *At == Char;
+}
+
+inline bool FCVXJsonCursor::Accept(TCHAR Char)
+{
+	const bool bNext = IsAt(Char);
+	At += bNext ? 1 : 0;
+	return bNext;
+}
+
+inline bool FCVXJsonCursor::Close(TCHAR Bracket)
+{
+	const bool bClosed = Accept(Bracket);
+	Depth -= bClosed ? 1 : 0;
+	return bClosed;
+}
