@@ -50,9 +50,9 @@ protected:
 	}
 
 	/** A tool that counts its runs and answers with the count. */
-	FScriptedTool Counter(const TCHAR* Name)
+	FFakeTool Counter(const TCHAR* Name)
 	{
-		return FScriptedTool(
+		return FFakeTool(
 			Name, [this](const FString&) { return FCVXToolExecutionResult::MakeSuccess(FString::FromInt(++Runs)); });
 	}
 
@@ -115,10 +115,10 @@ TEST_F(CVXToolExecutor, KeepsResultsOfReadingToolsForAMinuteFromTheirLastUse)
 	FTestClock Clock;
 	for (const bool bThreadSafe : {false, true})
 	{
-		FScriptedTool Read = Counter(TEXT("read_x")).ReadOnly();
+		FFakeTool Read = Counter(TEXT("read_x")).ReadOnly();
 		(bThreadSafe ? Read.ThreadSafe() : Read).Register();
 		Counter(TEXT("write_x")).Register();
-		FScriptedTool(TEXT("fail_x"), [](const FString&) { return FCVXToolExecutionResult::MakeError(TEXT("no")); })
+		FFakeTool(TEXT("fail_x"), [](const FString&) { return FCVXToolExecutionResult::MakeError(TEXT("no")); })
 			.Register();
 		Executor = MakeUnique<FCVXToolExecutor>();
 		Runs = 0;
@@ -136,7 +136,7 @@ TEST_F(CVXToolExecutor, KeepsResultsOfReadingToolsForAMinuteFromTheirLastUse)
 
 TEST_F(CVXToolExecutor, NeverKeepsErrorsOrCaptures)
 {
-	FScriptedTool(
+	FFakeTool(
 		TEXT("read_x"), [this](const FString&) { return FCVXToolExecutionResult::MakeError(FString::FromInt(++Runs)); })
 		.ReadOnly()
 		.Register();
@@ -182,7 +182,7 @@ std::pair<FString, FString> FindCollision()
 
 TEST_F(CVXToolExecutor, TellsCallsWithOneKeyApart)
 {
-	FScriptedTool(TEXT("echo"), &Say).ReadOnly().Register();
+	FFakeTool(TEXT("echo"), &Say).ReadOnly().Register();
 	const auto [First, Second] = FindCollision();
 	EXPECT_EQ(Call(TEXT("echo"), First), TEXT("id: ") + First);
 	EXPECT_EQ(Call(TEXT("echo"), Second), TEXT("id: ") + Second);
@@ -192,8 +192,8 @@ TEST_F(CVXToolExecutor, TellsCallsWithOneKeyApart)
 TEST_F(CVXToolExecutor, CutsOutputsThatAreTooLong)
 {
 	const auto Repeat = [](const FString& Count) { return Say(FString::ChrN(FCString::Atoi(*Count), u'x')); };
-	FScriptedTool(TEXT("here"), Repeat).Register();
-	FScriptedTool(TEXT("pool"), Repeat).ThreadSafe().Register();
+	FFakeTool(TEXT("here"), Repeat).Register();
+	FFakeTool(TEXT("pool"), Repeat).ThreadSafe().Register();
 	const int32 Prefix = 4;
 	for (const TCHAR* Name : {TEXT("here"), TEXT("pool")})
 	{
@@ -215,8 +215,8 @@ TEST_F(CVXToolExecutor, MakesExceptionsErrorResults)
 		}
 		throw std::runtime_error(TCHAR_TO_UTF8(*What));
 	};
-	FScriptedTool(TEXT("here"), Throw).Register();
-	FScriptedTool(TEXT("pool"), Throw).ThreadSafe().Register();
+	FFakeTool(TEXT("here"), Throw).Register();
+	FFakeTool(TEXT("pool"), Throw).ThreadSafe().Register();
 	EXPECT_EQ(Call(TEXT("here"), TEXT("é")), TEXT("id error: Tool threw exception: é"));
 	EXPECT_EQ(Call(TEXT("here"), TEXT("")), TEXT("id error: Tool threw unknown exception."));
 	EXPECT_EQ(Call(TEXT("pool"), TEXT("x")), TEXT("id error: Background execution exception: x"));
@@ -230,8 +230,8 @@ TEST_F(CVXToolExecutor, MakesExceptionsErrorResults)
 TEST_F(CVXToolExecutor, KeepsDialogsFromBlockingAllButScripts)
 {
 	const auto Tell = [](const FString&) { return Say(GIsRunningUnattendedScript ? TEXT("quiet") : TEXT("open")); };
-	FScriptedTool(TEXT("write_x"), Tell).Register();
-	FScriptedTool(TEXT("execute_python"), Tell).Register();
+	FFakeTool(TEXT("write_x"), Tell).Register();
+	FFakeTool(TEXT("execute_python"), Tell).Register();
 	EXPECT_EQ(Call(TEXT("write_x")), TEXT("id: quiet"));
 	EXPECT_EQ(Call(TEXT("Execute_Python")), TEXT("id: open"));
 	EXPECT_FALSE(GIsRunningUnattendedScript);
@@ -255,7 +255,7 @@ TEST_F(CVXToolExecutor, OffersOnlyApprovedReadsOfSafeToolsForTheBatch)
 TEST_F(CVXToolExecutor, SaysThatAToolWentBeforeThePoolGotToIt)
 {
 	FEvent Gate(EEventMode::ManualReset);
-	FScriptedTool(TEXT("wait"), [&](const FString&) { return Say(Gate.Wait(20000) ? TEXT("on") : TEXT("late")); })
+	FFakeTool(TEXT("wait"), [&](const FString&) { return Say(Gate.Wait(20000) ? TEXT("on") : TEXT("late")); })
 		.ThreadSafe()
 		.Register();
 	Counter(TEXT("pool")).ThreadSafe().Register();
@@ -275,7 +275,7 @@ TEST_F(CVXToolExecutor, EndsQuietlyWhenItIsDestroyedDuringACall)
 {
 	FEvent Gate(EEventMode::ManualReset);
 	std::atomic<bool> bRan{false};
-	FScriptedTool(TEXT("pool"),
+	FFakeTool(TEXT("pool"),
 		[&](const FString&)
 		{
 			(void)Gate.Wait(20000);
@@ -292,7 +292,7 @@ TEST_F(CVXToolExecutor, EndsQuietlyWhenItIsDestroyedDuringACall)
 	ASSERT_TRUE(Pump.Until([&] { return bRan.load(); }));
 	Pump.Tick();
 
-	FScriptedTool(TEXT("self"),
+	FFakeTool(TEXT("self"),
 		[&](const FString&)
 		{
 			FCVXToolRegistry::Get().UnregisterTool(TEXT("self"));
@@ -378,7 +378,7 @@ private:
 			FCVXToolRegistry::Get().UnregisterTool(Name);
 			return;
 		}
-		FScriptedTool Made(Name, [](const FString& Arguments) { return Say(Arguments); });
+		FFakeTool Made(Name, [](const FString& Arguments) { return Say(Arguments); });
 		Tool % 2 == 0 ? (void)Made.ReadOnly() : (void)0;
 		Tool >= 2 ? (void)Made.ThreadSafe() : (void)0;
 		Made.Register();

@@ -12,7 +12,7 @@ class CVXToolRegistry : public FToolFixture
 protected:
 	static void Add(const TCHAR* Name, bool bReadOnly = false)
 	{
-		FScriptedTool Tool(Name, [](const FString&) { return FCVXToolExecutionResult(); });
+		FFakeTool Tool(Name, [](const FString&) { return FCVXToolExecutionResult(); });
 		(bReadOnly ? Tool.ReadOnly() : Tool).Register();
 	}
 

@@ -7,23 +7,23 @@
 #include "Tools/CVXToolRegistry.h"
 
 /** A tool whose flags and work a test sets. */
-class FScriptedTool final : public ICVXTool
+class FFakeTool final : public ICVXTool
 {
 public:
 	using FWork = TFunction<FCVXToolExecutionResult(const FString&)>;
 
-	FScriptedTool(const FString& InName, FWork InWork)
+	FFakeTool(const FString& InName, FWork InWork)
 		: Name(InName)
 		, Work(MoveTemp(InWork))
 	{
 	}
 
-	FScriptedTool& ReadOnly()
+	FFakeTool& ReadOnly()
 	{
 		bReadOnly = true;
 		return *this;
 	}
-	FScriptedTool& ThreadSafe()
+	FFakeTool& ThreadSafe()
 	{
 		bThreadSafe = true;
 		return *this;
@@ -40,7 +40,7 @@ public:
 	bool IsThreadSafe() const override { return bThreadSafe; }
 
 	/** Registers a tool like this one. */
-	void Register() const { FCVXToolRegistry::Get().RegisterTool(MakeUnique<FScriptedTool>(*this)); }
+	void Register() const { FCVXToolRegistry::Get().RegisterTool(MakeUnique<FFakeTool>(*this)); }
 
 private:
 	FString Name;

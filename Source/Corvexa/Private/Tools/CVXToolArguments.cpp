@@ -27,6 +27,18 @@ FString GetStringArgument(const FJsonObject& Arguments, FStringView Name)
 	return Text;
 }
 
+bool ReadStringArgument(
+	const FJsonObject& Arguments, FStringView Name, FString& InOutText, FCVXToolExecutionResult& OutError)
+{
+	if (Arguments.TryGetStringField(Name, InOutText) || !Arguments.HasField(Name) ||
+		Arguments.HasTypedField<EJson::Null>(Name))
+	{
+		return true;
+	}
+	OutError = FCVXToolExecutionResult::MakeError(FString::Printf(TEXT("'%s' must be a string."), *FString(Name)));
+	return false;
+}
+
 bool GetBoolArgument(const FJsonObject& Arguments, FStringView Name, bool bDefault)
 {
 	bool bValue = bDefault;

@@ -13,6 +13,13 @@ bool ParseToolArguments(
 /** A field as text; empty when it is missing or can't be one. */
 FString GetStringArgument(const FJsonObject& Arguments, FStringView Name);
 
+/**
+ * A field as text. A missing one and a null leave InOutText as it is.
+ * @return false with the result to give when the field is of a form that no text can be made of.
+ */
+bool ReadStringArgument(
+	const FJsonObject& Arguments, FStringView Name, FString& InOutText, FCVXToolExecutionResult& OutError);
+
 /** A field as a Boolean. @param Default where it is missing or can't be one. */
 bool GetBoolArgument(const FJsonObject& Arguments, FStringView Name, bool bDefault);
 

@@ -79,6 +79,12 @@ TEST_F(CVXFileTools, AnswerWhatAModelGetsWrongWithAMessage)
 		FString::Printf(TEXT("ERROR File not found: %s12"), *Project.Dir()));
 	EXPECT_EQ(Run(TEXT("write_file"), TEXT(R"({"path":"Saved/a","content":{"a":1}})")),
 		TEXT("ERROR 'content' must be a string."));
+	for (const TCHAR* Tool : {TEXT("list_files"), TEXT("search_files"), TEXT("search_in_files")})
+	{
+		EXPECT_EQ(Run(Tool, TEXT(R"({"path":["a"]})")), TEXT("ERROR 'path' must be a string."));
+	}
+	EXPECT_EQ(Run(TEXT("search_in_files"), TEXT(R"({"path":"Saved","pattern":{}})")),
+		TEXT("ERROR 'pattern' must be a string."));
 	for (const TCHAR* Tool : {TEXT("search_files"), TEXT("search_in_files")})
 	{
 		EXPECT_EQ(Run(Tool, TEXT(R"({"path":"Saved","recursive":false,"pattern":"../*","file_glob":"../*"})")),

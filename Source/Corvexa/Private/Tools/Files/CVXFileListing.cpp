@@ -15,7 +15,10 @@ const TCHAR* const ContentPathNote =
 
 bool FCVXListingDirectory::Resolve(const FJsonObject& Arguments, FCVXToolExecutionResult& OutError)
 {
-	Shown = GetStringArgument(Arguments, TEXT("path"));
+	if (!ReadStringArgument(Arguments, TEXT("path"), Shown, OutError))
+	{
+		return false;
+	}
 	if (TranslateContentPath(Shown))
 	{
 		Note = ContentPathNote;
@@ -32,7 +35,10 @@ bool FCVXListingDirectory::Resolve(const FJsonObject& Arguments, FCVXToolExecuti
 bool GetFilePattern(
 	const FJsonObject& Arguments, FStringView Name, FString& InOutPattern, FCVXToolExecutionResult& OutError)
 {
-	(void)Arguments.TryGetStringField(Name, InOutPattern);
+	if (!ReadStringArgument(Arguments, Name, InOutPattern, OutError))
+	{
+		return false;
+	}
 	TArray<FString> Parts;
 	const TCHAR* Slashes[] = {TEXT("/"), TEXT("\\")};
 	InOutPattern.ParseIntoArray(Parts, Slashes, 2);

@@ -20,7 +20,7 @@ struct FCVXListingDirectory
 
 /**
  * Reads an argument that holds a pattern of file names. @param InOutPattern stays when there is none.
- * @return false with the result to give when it names places outside the directory.
+ * @return false with the result to give when it is no text or names places outside the directory.
  */
 bool GetFilePattern(
 	const FJsonObject& Arguments, FStringView Name, FString& InOutPattern, FCVXToolExecutionResult& OutError);

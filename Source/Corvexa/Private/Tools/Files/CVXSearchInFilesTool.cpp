@@ -151,12 +151,13 @@ FCVXToolExecutionResult FCVXSearchInFilesTool::Execute(const FString& ArgumentsJ
 	TSharedPtr<FJsonObject> Arguments;
 	FCVXListingDirectory Directory;
 	FString Glob = TEXT("*");
+	FString Pattern;
 	if (!ParseToolArguments(ArgumentsJson, Arguments, Error) || !Directory.Resolve(*Arguments, Error) ||
-		!GetFilePattern(*Arguments, TEXT("file_glob"), Glob, Error))
+		!GetFilePattern(*Arguments, TEXT("file_glob"), Glob, Error) ||
+		!ReadStringArgument(*Arguments, TEXT("pattern"), Pattern, Error))
 	{
 		return Error;
 	}
-	const FString Pattern = GetStringArgument(*Arguments, TEXT("pattern"));
 	const bool bCaseSensitive = GetBoolArgument(*Arguments, TEXT("case_sensitive"), false);
 	const int32 MaxResults =
 		FMath::Clamp(GetIntArgument(*Arguments, TEXT("max_results"), DefaultResults), 1, MostResults);
