@@ -72,6 +72,7 @@ TEST_F(CVXApprovalManager, KeepsAlwaysDecisionsInTheSettingsFile)
 	Manager.RecordUserDecision(TEXT("a"), TEXT(""), ECVXApprovalState::Approved, true);
 	Manager.RecordUserDecision(TEXT("a"), TEXT(""), ECVXApprovalState::Denied, true);
 	EXPECT_TRUE(Settings.AutoApprovalRules.IsEmpty());
+	Settings.MaxAgentTurns = 77;
 	Manager.RecordUserDecision(TEXT("shell_x"), TEXT(""), ECVXApprovalState::AlwaysAllow, true);
 	Manager.RecordUserDecision(TEXT("shell_x"), TEXT(""), ECVXApprovalState::AlwaysAllow, true);
 	Manager.RecordUserDecision(TEXT("shell_y"), TEXT("Source/*"), ECVXApprovalState::AlwaysDeny, true);
@@ -81,6 +82,6 @@ TEST_F(CVXApprovalManager, KeepsAlwaysDecisionsInTheSettingsFile)
 	const std::string File = Project.Read("Config/DefaultEditor.ini");
 	EXPECT_NE(File.find("shell_x"), std::string::npos);
 	EXPECT_NE(File.find("shell_y"), std::string::npos);
-	EXPECT_EQ(File.find("ActiveAgentProfile"), std::string::npos) << "only the rules are written";
+	EXPECT_EQ(File.find("MaxAgentTurns=77"), std::string::npos) << "only the rules are written";
 }
 } // namespace

@@ -43,7 +43,8 @@ bool CVXToolOutcome::HasPythonError(const FString& Output)
 
 bool CVXToolOutcome::HasPythonRuntimeError(const FString& Output)
 {
-	return ContainsAny(Output, TArrayView<const TCHAR* const>(PythonErrorMarkers).Left(UE_ARRAY_COUNT(PythonErrorMarkers) - 1));
+	return ContainsAny(
+		Output, TArrayView<const TCHAR* const>(PythonErrorMarkers).Left(UE_ARRAY_COUNT(PythonErrorMarkers) - 1));
 }
 
 bool CVXToolOutcome::ContainsAny(const FString& Text, TArrayView<const TCHAR* const> Words)
