@@ -105,7 +105,9 @@ void FCVXToolExecutor::ResolveApproval(const FString& ToolUseId, ECVXApprovalSta
 		return;
 	}
 	const UCVXSettings* Settings = UCVXSettings::Get();
-	if (const FCVXAgentProfile* Fresh = Settings ? Settings->FindAgentProfile(Pending.Profile.ProfileName) : nullptr)
+	const FCVXAgentProfile* Fresh = Settings ? Settings->FindAgentProfile(Pending.Profile.ProfileName) : nullptr;
+	// An agent that is gone from the settings finds another one's profile there.
+	if (Fresh && Fresh->ProfileName == Pending.Profile.ProfileName)
 	{
 		// The decision runs under the settings of this moment.
 		Pending.Profile = *Fresh;
