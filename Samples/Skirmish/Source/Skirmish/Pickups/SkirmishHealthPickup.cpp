@@ -1,0 +1,9 @@
+#include "Pickups/SkirmishHealthPickup.h"
+
+#include "Characters/SkirmishPlayerCharacter.h"
+#include "Health/SkirmishHealthComponent.h"
+
+bool ASkirmishHealthPickup::GiveTo(ASkirmishPlayerCharacter& Player)
+{
+	return Player.GetHealth()->Heal(Amount);
+}

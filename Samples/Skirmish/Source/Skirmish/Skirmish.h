@@ -1,0 +1,5 @@
+#pragma once
+
+#include "Logging/LogMacros.h"
+
+DECLARE_LOG_CATEGORY_EXTERN(LogSkirmish, Log, All);
