@@ -86,7 +86,8 @@ TEST(CVXContextManager, EstimatesByKindOfCharacter)
 		{Letters(100001), 25000}};
 	for (const FCase& Case : Cases)
 	{
-		EXPECT_EQ(FCVXContextManager::EstimateTokensForString(Case.Text), Case.Tokens) << Case.Text.Left(20);
+		EXPECT_EQ(FCVXContextManager::EstimateTokensForString(Case.Text), Case.Tokens)
+			<< TCHAR_TO_UTF8(*Case.Text.Left(20));
 	}
 	FCVXContentBlock Image;
 	Image.Type = TEXT("image");
@@ -104,7 +105,7 @@ TEST(CVXContextManager, WhatDoesntFitIsSummarisedAndACutPairLeavesItsReport)
 	Context.AddMessage(Message(ECVXMessageRole::Assistant,
 		{Block(TEXT("tool_use"), TEXT(""), TEXT("a"), TEXT("look")),
 			Block(TEXT("tool_use"), TEXT(""), TEXT("b"), TEXT("delegate_to_agent"))}));
-	Context.AddMessage(Message(ECVXMessageRole::Assistant, {Block(TEXT("text"), Letters(1750), TEXT(""), TEXT(""))}));
+	Context.AddMessage(Message(ECVXMessageRole::Assistant, {Block(TEXT("text"), Letters(2100), TEXT(""), TEXT(""))}));
 	Context.AddMessage(Message(ECVXMessageRole::Tool,
 		{Block(TEXT("tool_result"), TEXT("seen ") + Letters(600), TEXT("a"), TEXT("look")),
 			Block(TEXT("tool_result"), TEXT("built ") + Letters(900), TEXT("b"), TEXT("delegate_to_agent"))}));
@@ -140,17 +141,21 @@ TEST(CVXContextManager, NoHistoryAndNoBudgetGiveARequestThatAVendorRefuses)
 	{
 		FCVXContextManager Context(2000 + Pick(8000));
 		FString LastReport;
+		Context.AddMessage(FCVXMessage::MakeUserText(TEXT("Build a door")));
 		for (int32 Count = Pick(30); Count > 0; --Count)
 		{
 			TArray<FCVXContentBlock> Blocks;
 			const ECVXMessageRole Role = static_cast<ECVXMessageRole>(Pick(4));
 			for (int32 Each = Pick(4); Each > 0; --Each)
 			{
-				const TCHAR* Types[] = {TEXT("text"), TEXT("tool_use"), TEXT("tool_result")};
+				const TCHAR* Work = Role == ECVXMessageRole::Assistant ? TEXT("tool_use")
+					: Role == ECVXMessageRole::Tool                    ? TEXT("tool_result")
+																	   : TEXT("text");
+				const TCHAR* Type = Pick(3) ? Work : TEXT("text");
 				const FString Id = FString::Printf(TEXT("id%d"), Pick(12));
 				const bool bDelegation = Pick(4) == 0;
-				Blocks.Add(Block(
-					Types[Pick(3)], Letters(Pick(3000)), Id, bDelegation ? TEXT("delegate_to_agent") : TEXT("look")));
+				Blocks.Add(
+					Block(Type, Letters(Pick(3000)), Id, bDelegation ? TEXT("delegate_to_agent") : TEXT("look")));
 			}
 			Context.AddMessage(Message(Role, MoveTemp(Blocks)));
 		}

@@ -15,14 +15,14 @@
 namespace
 {
 template <typename ToolType>
-FCVXToolExecutionResult Run(const FString& Arguments)
+FCVXToolExecutionResult Call(const FString& Arguments)
 {
 	return ToolType().Execute(Arguments, FCVXAgentProfile());
 }
 
 FCVXToolExecutionResult Finish(const FString& Result)
 {
-	return Run<FCVXAttemptCompletionTool>(FString::Printf(TEXT("{\"result\":\"%s\"}"), *Result));
+	return Call<FCVXAttemptCompletionTool>(FString::Printf(TEXT("{\"result\":\"%s\"}"), *Result));
 }
 
 FString Repeat(const TCHAR* Text, int32 Times)
@@ -62,13 +62,13 @@ TEST_F(CVXConversationTools, ACompletionTellsWhatWasDoneAndAsksNothing)
 	EXPECT_TRUE(Asked.bIsError);
 	EXPECT_FALSE(Asked.bIsCompletion);
 	EXPECT_TRUE(Asked.Output.StartsWith(TEXT("Your completion result contains questions")));
-	EXPECT_EQ(Run<FCVXAttemptCompletionTool>(TEXT("[]")).Output, TEXT("Invalid JSON input."));
-	EXPECT_EQ(Run<FCVXAttemptCompletionTool>(TEXT("")).Output, TEXT("Empty JSON input."));
+	EXPECT_EQ(Call<FCVXAttemptCompletionTool>(TEXT("[]")).Output, TEXT("Invalid JSON input."));
+	EXPECT_EQ(Call<FCVXAttemptCompletionTool>(TEXT("")).Output, TEXT("Empty JSON input."));
 }
 
 TEST_F(CVXConversationTools, QuestionsAreReadFromEitherFormAndOptionsFromTextsAndObjects)
 {
-	FCVXToolExecutionResult Result = Run<FCVXAskFollowupQuestionTool>(TEXT(
+	FCVXToolExecutionResult Result = Call<FCVXAskFollowupQuestionTool>(TEXT(
 		"{\"question\":\"unused\",\"questions\":[7,{\"question\":\"\"},{\"question\":\"Colour?\",\"options\":[\"Red\",{"
 		"\"title\":\"Blue\",\"description\":\"as the sky\"},{\"description\":\"no title\"},5,\"\"]},{\"question\":"
 		"\"Name?\"}]}"));
@@ -79,10 +79,10 @@ TEST_F(CVXConversationTools, QuestionsAreReadFromEitherFormAndOptionsFromTextsAn
 	EXPECT_EQ(Result.Questions[0].Options[0].Title, TEXT("Red"));
 	EXPECT_EQ(Result.Questions[0].Options[1].Description, TEXT("as the sky"));
 
-	Result = Run<FCVXAskFollowupQuestionTool>(TEXT("{\"question\":\"Name?\",\"questions\":[]}"));
+	Result = Call<FCVXAskFollowupQuestionTool>(TEXT("{\"question\":\"Name?\",\"questions\":[]}"));
 	EXPECT_FALSE(Result.bHasQuestions);
 	EXPECT_EQ(Result.Output, TEXT("Question asked: Name?"));
-	EXPECT_EQ(Run<FCVXAskFollowupQuestionTool>(TEXT("{}")).Output,
+	EXPECT_EQ(Call<FCVXAskFollowupQuestionTool>(TEXT("{}")).Output,
 		TEXT("No question provided. Specify 'question' or 'questions'."));
 }
 
@@ -92,15 +92,15 @@ TEST_F(CVXConversationTools, APlanIsReplacedWholeAndHastyCallsAreWarnedOf)
 	Clock.Advance(1000.0);
 	const FString Plan = TEXT("{\"todos\":[{\"id\":\"1\",\"content\":\"Door\",\"status\":\"COMPLETED\"},{\"id\":\"2\","
 							  "\"content\":\"Key\",\"status\":\"done\"},3]}");
-	EXPECT_EQ(Run<FCVXUpdateTodoListTool>(Plan).Output,
+	EXPECT_EQ(Call<FCVXUpdateTodoListTool>(Plan).Output,
 		TEXT("TODO list updated: 1 pending, 0 in-progress, 1 completed, 0 cancelled."));
 	Clock.Advance(30.0);
-	EXPECT_TRUE(Run<FCVXUpdateTodoListTool>(TEXT("{\"todos\":[]}"))
+	EXPECT_TRUE(Call<FCVXUpdateTodoListTool>(TEXT("{\"todos\":[]}"))
 					.Output.StartsWith(TEXT("WARNING: You called update_todo_list again after only 30 seconds.")));
 	EXPECT_TRUE(Task->GetTodoList().GetItems().IsEmpty()) << "the list was replaced all the same";
 	Clock.Advance(90.0);
-	EXPECT_TRUE(Run<FCVXUpdateTodoListTool>(Plan).Output.StartsWith(TEXT("TODO list updated")));
-	EXPECT_EQ(Run<FCVXUpdateTodoListTool>(TEXT("{\"todos\":\"x\"}")).Output, TEXT("Missing required field: todos"));
+	EXPECT_TRUE(Call<FCVXUpdateTodoListTool>(Plan).Output.StartsWith(TEXT("TODO list updated")));
+	EXPECT_EQ(Call<FCVXUpdateTodoListTool>(TEXT("{\"todos\":\"x\"}")).Output, TEXT("Missing required field: todos"));
 
 	int32 Changes = 0;
 	FCVXTodoList& List = Task->GetTodoList();
@@ -118,22 +118,22 @@ TEST_F(CVXConversationTools, APlanIsReplacedWholeAndHastyCallsAreWarnedOf)
 
 TEST_F(CVXConversationTools, ADelegationNamesAnAgentThatExistsAndKeepsItsBounds)
 {
-	EXPECT_EQ(Run<FCVXDelegateToAgentTool>(TEXT("{\"agent_profile\":3,\"task\":\"x\"}")).Output,
+	EXPECT_EQ(Call<FCVXDelegateToAgentTool>(TEXT("{\"agent_profile\":3,\"task\":\"x\"}")).Output,
 		TEXT("'agent_profile' is required and must be a non-empty string."));
-	EXPECT_EQ(Run<FCVXDelegateToAgentTool>(TEXT("{\"agent_profile\":\"Coder\"}")).Output,
+	EXPECT_EQ(Call<FCVXDelegateToAgentTool>(TEXT("{\"agent_profile\":\"Coder\"}")).Output,
 		TEXT("'task' is required and must be a non-empty string."));
-	EXPECT_TRUE(Run<FCVXDelegateToAgentTool>(TEXT("{\"agent_profile\":\"orchestrator\",\"task\":\"x\"}"))
+	EXPECT_TRUE(Call<FCVXDelegateToAgentTool>(TEXT("{\"agent_profile\":\"orchestrator\",\"task\":\"x\"}"))
 					.Output.StartsWith(TEXT("Cannot delegate to 'Orchestrator'.")));
-	EXPECT_EQ(Run<FCVXDelegateToAgentTool>(TEXT("{\"agent_profile\":\"Ghost\",\"task\":\"x\"}")).Output,
+	EXPECT_EQ(Call<FCVXDelegateToAgentTool>(TEXT("{\"agent_profile\":\"Ghost\",\"task\":\"x\"}")).Output,
 		TEXT("Agent profile 'Ghost' not found. Available: ") +
 			FString::Join(UCVXSettings::Get()->GetAgentProfileNames(), TEXT(", ")) + TEXT(", "));
 
-	FCVXToolExecutionResult Result = Run<FCVXDelegateToAgentTool>(
+	FCVXToolExecutionResult Result = Call<FCVXDelegateToAgentTool>(
 		TEXT("{\"agent_profile\":\"coder\",\"task\":\"x\",\"max_turns\":1000,\"timeout_seconds\":10}"));
 	EXPECT_TRUE(Result.bIsDelegation);
 	EXPECT_EQ(Result.DelegateMaxTurns, 150);
 	EXPECT_EQ(Result.DelegateTimeoutSeconds, 60.0f);
-	Result = Run<FCVXDelegateToAgentTool>(TEXT("{\"agent_profile\":\"Coder\",\"task\":\"x\"}"));
+	Result = Call<FCVXDelegateToAgentTool>(TEXT("{\"agent_profile\":\"Coder\",\"task\":\"x\"}"));
 	EXPECT_EQ(Result.DelegateMaxTurns, 75);
 	EXPECT_EQ(Result.DelegateTimeoutSeconds, 0.0f);
 }
@@ -144,12 +144,12 @@ TEST_F(CVXConversationTools, AForkTakesTheFirstMessagesAndStaysInactive)
 	{
 		Task->GetAgentLoop()->GetContextManager().AddMessage(FCVXMessage::MakeUserText(Text));
 	}
-	EXPECT_EQ(Run<FCVXForkConversationTool>(TEXT("{}")).Output, TEXT("'task_id' is required."));
-	EXPECT_TRUE(Run<FCVXForkConversationTool>(TEXT("{\"task_id\":\"ghost\"}")).bIsError);
-	const FString Call = FString::Printf(TEXT("{\"task_id\":\"%s\",\"message_count\":"), *Task->GetTaskId());
+	EXPECT_EQ(Call<FCVXForkConversationTool>(TEXT("{}")).Output, TEXT("'task_id' is required."));
+	EXPECT_TRUE(Call<FCVXForkConversationTool>(TEXT("{\"task_id\":\"ghost\"}")).bIsError);
+	const FString Begin = FString::Printf(TEXT("{\"task_id\":\"%s\",\"message_count\":"), *Task->GetTaskId());
 	EXPECT_TRUE(
-		Run<FCVXForkConversationTool>(Call + TEXT("2}")).Output.Contains(TEXT("('Fork of Test') with 2 messages")));
-	EXPECT_TRUE(Run<FCVXForkConversationTool>(Call + TEXT("0}")).Output.Contains(TEXT("with 3 messages")));
+		Call<FCVXForkConversationTool>(Begin + TEXT("2}")).Output.Contains(TEXT("('Fork of Test') with 2 messages")));
+	EXPECT_TRUE(Call<FCVXForkConversationTool>(Begin + TEXT("0}")).Output.Contains(TEXT("with 3 messages")));
 	EXPECT_EQ(FCVXTaskManager::Get().GetActiveTask(), Task);
 	const TArray<TSharedPtr<FCVXTask>> Tasks = FCVXTaskManager::Get().GetAllTasks();
 	ASSERT_EQ(Tasks.Num(), 3);
