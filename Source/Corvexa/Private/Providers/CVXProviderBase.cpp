@@ -58,6 +58,7 @@ FString FCVXProviderBase::StreamRequest(const FCVXProviderRequest& Request, cons
 	const FString Handle = FGuid::NewGuid().ToString(EGuidFormats::Digits);
 	const TSharedRef<FRequestState> State = MakeState();
 	State->Callbacks = Callbacks;
+	State->ApiKey = ApiKey;
 	State->Stream = MakeShared<FCVXSSEStream>(
 		[this, Handle, Alive = AliveFlag, WeakState = State.ToWeakPtr()](const FCVXSSEEvent& Event)
 		{
@@ -135,7 +136,7 @@ void FCVXProviderBase::OnStreamClosed(const FString& Handle)
 
 FString FCVXProviderBase::FormatHttpError(const IHttpResponse& Response, const TSharedPtr<FRequestState>& State)
 {
-	const FString Body = State ? State->Stream->GetRawContent().Left(MaxQuotedBody) : FString();
+	const FString Body = State ? HideKey(*State, State->Stream->GetRawContent()).Left(MaxQuotedBody) : FString();
 	FString Text = FString::Printf(TEXT("HTTP %d: %s"), Response.GetResponseCode(), *Body);
 	const FString RetryAfter = Response.GetResponseCode() == 429 ? Response.GetHeader(TEXT("Retry-After")) : FString();
 	if (!RetryAfter.IsEmpty())
@@ -160,7 +161,7 @@ TSharedPtr<FJsonObject> FCVXProviderBase::ParseEventData(
 
 void FCVXProviderBase::NoteParseFailure(const FString& Handle, FRequestState& State, const FString& Data)
 {
-	const FString Quoted = Data.Left(MaxQuotedEvent);
+	const FString Quoted = HideKey(State, Data).Left(MaxQuotedEvent);
 	++State.JsonParseFailures;
 	UE_LOG(
 		LogCorvexa, Warning, TEXT("Failed to parse SSE JSON (consecutive: %d): %s"), State.JsonParseFailures, *Quoted);
@@ -187,8 +188,13 @@ void FCVXProviderBase::FailRequest(const FString& Handle, const FString& ErrorTe
 	{
 		State->Stream->Cancel();
 		State->HttpRequest->CancelRequest();
-		ReportError(State->Callbacks, ErrorText);
+		ReportError(State->Callbacks, HideKey(*State, ErrorText));
 	}
+}
+
+FString FCVXProviderBase::HideKey(const FRequestState& State, const FString& Text)
+{
+	return Text.Replace(*State.ApiKey, TEXT("[API key]"), ESearchCase::CaseSensitive);
 }
 
 TSharedPtr<FCVXProviderBase::FRequestState> FCVXProviderBase::RemoveState(const FString& Handle)

@@ -41,6 +41,8 @@ protected:
 		FHttpRequestPtr HttpRequest;
 		TSharedPtr<FCVXSSEStream> Stream;
 		FCVXProviderCallbacks Callbacks;
+		/** Never leaves the request; see `HideKey`. */
+		FString ApiKey;
 		FCVXTokenUsage Usage;
 		int32 JsonParseFailures = 0;
 		/** False from its terminal event on; asked once an event, which a look into the map would slow down. */
@@ -75,6 +77,8 @@ private:
 	void OnHttpComplete(const FString& Handle, const FHttpResponsePtr& Response, bool bConnected);
 	void OnStreamClosed(const FString& Handle);
 	TSharedPtr<FRequestState> RemoveState(const FString& Handle);
+	/** A vendor's text may quote the key that it was sent; before it is cut or shown, the key goes. */
+	static FString HideKey(const FRequestState& State, const FString& Text);
 	static FString FormatHttpError(const IHttpResponse& Response, const TSharedPtr<FRequestState>& State);
 
 	/** False once the provider is gone; every delayed call holds it. */
