@@ -1,11 +1,12 @@
 #include "Agent/CVXTaskManager.h"
 
+#include "Agent/CVXCheckpointManager.h"
 #include "Core/CVXSettings.h"
 #include "Logging/LogMacros.h"
 #include "Misc/Guid.h"
 #include "Providers/CVXProviderFactory.h"
 
-DEFINE_LOG_CATEGORY_STATIC(LogCVXTaskManager, Log, All);
+DEFINE_LOG_CATEGORY(LogCVXTaskManager);
 
 namespace
 {
@@ -93,6 +94,7 @@ TSharedPtr<FCVXTask> FCVXTaskManager::CreateNewTask(const FString& Title)
 	{
 		Task->GetAgentLoop()->MaxTurns = Settings->MaxAgentTurns;
 	}
+	BindTask(Task);
 	OnTaskCreated.Broadcast(Task);
 	SetActiveTask(Task);
 	return Task;
@@ -119,6 +121,7 @@ TSharedPtr<FCVXTask> FCVXTaskManager::ForkTask(const FString& TaskId, int32 Mess
 	{
 		Task->GetAgentLoop()->GetContextManager().AddMessage(History[Index]);
 	}
+	BindTask(Task);
 	Tasks.Add(Task);
 	OnTaskCreated.Broadcast(Task);
 	UE_LOG(LogCVXTaskManager, Log, TEXT("Forked task '%s' from '%s' with %d messages"), *Task->GetTaskId(), *TaskId,
@@ -144,6 +147,7 @@ void FCVXTaskManager::RemoveTask(const FString& TaskId)
 			UE_CLOG(Each != Task, LogCVXTaskManager, Log,
 				TEXT("M3: Cancelled orphaned child task '%s' (parent '%s' removed)"), *Each->GetTaskId(), *TaskId);
 		}
+		FCVXCheckpointManager::Get().DeleteCheckpoints(Each->GetTaskId());
 		Tasks.Remove(Each);
 	}
 	if (Removed.Contains(ActiveTask))
@@ -162,4 +166,18 @@ void FCVXTaskManager::SetActiveTask(TSharedPtr<FCVXTask> Task)
 		Settings->SaveToDefaultConfig();
 	}
 	OnActiveTaskChanged.Broadcast(ActiveTask);
+}
+
+void FCVXTaskManager::BindTask(const TSharedRef<FCVXTask>& Task)
+{
+	Task->GetAgentLoop()->OnMessageComplete.AddLambda(
+		[Weak = Task.ToWeakPtr()](const FCVXMessage& Message)
+		{
+			const TSharedPtr<FCVXTask> Speaker = Weak.Pin();
+			if (Speaker && Message.Role != ECVXMessageRole::System)
+			{
+				FCVXCheckpointManager::Get().SaveCheckpoint(*Speaker);
+			}
+		});
+	BindSubAgentRequired(Task);
 }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "Agent/CVXTask.h"
+#include "Logging/LogMacros.h"
+
+DECLARE_LOG_CATEGORY_EXTERN(LogCVXTaskManager, Log, All);
 
 /** All conversations of the process, and which of them is active. Game thread. */
 class FCVXTaskManager
@@ -39,8 +42,29 @@ public:
 	/** @param Task may be null. Remembers its id in the settings. */
 	void SetActiveTask(TSharedPtr<FCVXTask> Task);
 
+	/**
+	 * Makes a task for a sub-agent, makes it active and starts it; its end resolves the call in the parent's loop, and
+	 * so does a failure to make it. @return null then.
+	 */
+	TSharedPtr<FCVXTask> CreateSubTask(TSharedPtr<FCVXTask> Parent, const FString& Profile, const FString& Task,
+		const FString& Context, const FString& ToolUseId, int32 MaxTurns);
+
+	/** Brings the tasks of earlier runs back, idle and with their whole history. Once; none becomes active. */
+	void RestoreSessions();
+	/** Saves every task, at the end of the process. */
+	void SaveAllCheckpoints();
+
 private:
 	FCVXTaskManager() = default;
+
+	/** Connects a task to what must happen when its loop speaks. */
+	void BindTask(const TSharedRef<FCVXTask>& Task);
+	void BindSubAgentRequired(const TSharedRef<FCVXTask>& Task);
+	TArray<FString> GatherSiblingResults(const FCVXTask& Task) const;
+	bool RestoreTask(const FString& TaskId, const TArray<FString>& Checkpoints, const FCVXAgentProfile& Agent,
+		TUniquePtr<ICVXProvider> Provider);
+
+	bool bSessionsRestored = false;
 
 	TArray<TSharedPtr<FCVXTask>> Tasks;
 	TSharedPtr<FCVXTask> ActiveTask;

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "Containers/Array.h"
+#include "HAL/CriticalSection.h"
+#include "HAL/Event.h"
+#include "Templates/Function.h"
+
+/** Writes that needn't hold up the game thread, one after the other in the order given. Any thread. */
+class FCVXSaveQueue
+{
+public:
+	/** The longest that `Drain` waits, in milliseconds by the system's clock. */
+	static constexpr uint32 MaxDrainMs = 30000;
+
+	FCVXSaveQueue() { Idle.Trigger(); }
+
+	void Add(TFunction<void()> Job);
+
+	/** Waits until all jobs given so far are done. @return false when the limit passed first. */
+	bool Drain();
+
+private:
+	void RunAll();
+
+	FCriticalSection Lock;
+	TArray<TFunction<void()>> Jobs;
+	bool bRunning = false;
+	/** Triggered while nothing runs and nothing waits. */
+	FEvent Idle{EEventMode::ManualReset};
+};
