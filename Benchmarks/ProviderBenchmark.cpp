@@ -2,7 +2,7 @@
 #include "LaunchEngineLoop.h"
 #include "Providers/Anthropic/CVXAnthropicDelta.h"
 #include "Providers/Anthropic/CVXAnthropicProvider.h"
-#include "Support/Loopback/LoopbackServer.h"
+#include "Loopback/LoopbackServer.h"
 
 #include <algorithm>
 #include <arpa/inet.h>

@@ -6,7 +6,7 @@
 #include "Support/HostTypePrinting.h"
 #include "Support/LogCapture.h"
 #include "Support/LoopPump.h"
-#include "Support/Loopback/LoopbackServer.h"
+#include "Loopback/LoopbackServer.h"
 #include "Support/TempProject.h"
 #include "Support/TestClock.h"
 

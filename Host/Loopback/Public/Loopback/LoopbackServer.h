@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Support/Loopback/HttpMessage.h"
-#include "Support/Loopback/LoopbackReply.h"
+#include "Loopback/HttpMessage.h"
+#include "Loopback/LoopbackReply.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -18,7 +18,7 @@
 class FLoopbackSocket;
 
 /**
- * An HTTP/1.1 server on a free port of 127.0.0.1, for one test.
+ * An HTTP/1.1 server on a free port of 127.0.0.1.
  *
  * A request is answered by the next queued reply, else by the route of its path, else by 404. It listens once
  * constructed. Destruction ends every connection in whatever state and joins all threads at once.
@@ -37,8 +37,11 @@ public:
 		std::size_t Connection = 0;
 	};
 
-	/** Throws std::system_error when no port can be had. */
-	FLoopbackServer();
+	/**
+	 * Throws std::system_error when no port can be had.
+	 * @param bInKeepRequests without it a server may answer for days: it forgets each request that it has answered.
+	 */
+	explicit FLoopbackServer(bool bInKeepRequests = true);
 	~FLoopbackServer();
 	FLoopbackServer(const FLoopbackServer&) = delete;
 	FLoopbackServer& operator=(const FLoopbackServer&) = delete;
@@ -80,6 +83,7 @@ private:
 	bool Answer(FLoopbackSocket& Socket, const FLoopbackReply& Reply);
 	FLoopbackReply ReplyTo(const FHttpRequestMessage& Request);
 
+	const bool bKeepRequests;
 	int ListenFd = -1;
 	int StopFd = -1;
 	int PortNumber = 0;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Support/Loopback/HttpMessage.h"
+#include "Loopback/HttpMessage.h"
 
 #include <cstddef>
 #include <string>

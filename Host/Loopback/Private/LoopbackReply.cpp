@@ -1,4 +1,4 @@
-#include "Support/Loopback/LoopbackReply.h"
+#include "Loopback/LoopbackReply.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -91,6 +91,21 @@ FLoopbackReply FLoopbackReply::Redirect(std::string Location, int Status)
 FLoopbackReply FLoopbackReply::Events(const std::vector<std::string>& Events)
 {
 	return Chunked(200, Events, {{"Content-Type", "text/event-stream"}});
+}
+
+FLoopbackReply FLoopbackReply::PacedEvents(const std::vector<std::string>& Events, std::chrono::milliseconds Pause)
+{
+	FLoopbackReply Reply = FLoopbackReply::Events(Events);
+	std::size_t Offset = Reply.HeadSize();
+	for (const std::string& Event : Events)
+	{
+		if (Offset > Reply.HeadSize())
+		{
+			Reply.InsertAt(Offset, FPause{Pause});
+		}
+		Offset += Event.empty() ? 0 : ChunkText(Event).size();
+	}
+	return Reply;
 }
 
 FLoopbackReply FLoopbackReply::Repeated(

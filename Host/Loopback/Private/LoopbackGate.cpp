@@ -1,4 +1,4 @@
-#include "Support/Loopback/LoopbackGate.h"
+#include "Loopback/LoopbackGate.h"
 
 #include <cerrno>
 #include <sys/eventfd.h>

@@ -1,8 +1,9 @@
 #pragma once
 
-#include "Support/Loopback/HttpMessage.h"
-#include "Support/Loopback/LoopbackGate.h"
+#include "Loopback/HttpMessage.h"
+#include "Loopback/LoopbackGate.h"
 
+#include <chrono>
 #include <cstddef>
 #include <memory>
 #include <string>
@@ -44,6 +45,11 @@ public:
 	{
 		std::shared_ptr<FLoopbackGate> Gate;
 	};
+	/** Waits a while, so that what follows arrives later, as from a far server. */
+	struct FPause
+	{
+		std::chrono::milliseconds For;
+	};
 	/** Sends nothing more, and keeps the connection until the peer or the server goes. */
 	struct FStall
 	{
@@ -52,7 +58,7 @@ public:
 	{
 		EEnd How;
 	};
-	using FStep = std::variant<FSend, FFlush, FWait, FStall, FEnd>;
+	using FStep = std::variant<FSend, FFlush, FWait, FPause, FStall, FEnd>;
 
 	/** A body with its Content-Length; the connection stays open. */
 	static FLoopbackReply Sized(int Status, std::string Body, FHttpHeaders Headers = {});
@@ -65,6 +71,8 @@ public:
 	static FLoopbackReply Redirect(std::string Location, int Status = 302);
 	/** 200 with event-stream chunks, one for each event text given. */
 	static FLoopbackReply Events(const std::vector<std::string>& Events);
+	/** The same with a pause ahead of each event but the first. */
+	static FLoopbackReply PacedEvents(const std::vector<std::string>& Events, std::chrono::milliseconds Pause);
 	/** 200 with a body of `Body` repeated `Times` times, sent from the one buffer without copying. */
 	static FLoopbackReply Repeated(
 		std::shared_ptr<const std::string> Body, std::size_t Times, FHttpHeaders Headers = {});

@@ -1,4 +1,4 @@
-#include "Support/Loopback/HttpMessage.h"
+#include "Loopback/HttpMessage.h"
 
 #include <algorithm>
 #include <cctype>

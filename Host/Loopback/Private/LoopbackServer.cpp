@@ -1,7 +1,7 @@
-#include "Support/Loopback/LoopbackServer.h"
+#include "Loopback/LoopbackServer.h"
 
-#include "Support/Loopback/HttpRequestParser.h"
-#include "Support/Loopback/LoopbackSocket.h"
+#include "Loopback/HttpRequestParser.h"
+#include "LoopbackSocket.h"
 
 #include <array>
 #include <cerrno>
@@ -63,6 +63,10 @@ EOutcome CarryOut(FLoopbackSocket& Socket, const FLoopbackReply::FStep& Step)
 	{
 		return WaitAtGate(Socket, *Wait->Gate);
 	}
+	if (const auto* Pause = std::get_if<FLoopbackReply::FPause>(&Step))
+	{
+		return Socket.Pause(Pause->For);
+	}
 	if (std::holds_alternative<FLoopbackReply::FFlush>(Step))
 	{
 		return Socket.Flush();
@@ -83,7 +87,8 @@ EOutcome CarryOut(FLoopbackSocket& Socket, const FLoopbackReply::FStep& Step)
 }
 }
 
-FLoopbackServer::FLoopbackServer()
+FLoopbackServer::FLoopbackServer(bool bInKeepRequests)
+	: bKeepRequests(bInKeepRequests)
 {
 	StopFd = Checked(::eventfd(0, EFD_CLOEXEC), "eventfd");
 	ListenFd = Checked(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0), "socket");
@@ -188,6 +193,7 @@ void FLoopbackServer::Serve(FLoopbackSocket& Socket, std::size_t Connection)
 	{
 		const bool bKeep = Request.WantsKeepAlive();
 		FLoopbackReply Reply = ReplyTo(Request);
+		if (bKeepRequests)
 		{
 			const std::lock_guard Lock(Mutex);
 			Records.push_back({std::move(Request), Connection});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <string_view>
 
@@ -29,6 +30,8 @@ public:
 	EOutcome Flush();
 	/** Waits until the descriptor is readable. */
 	EOutcome WaitReadable(int OtherFd);
+	/** Lets that much time pass. */
+	EOutcome Pause(std::chrono::milliseconds For);
 	/** Waits until the peer is gone; never Done. */
 	EOutcome WaitForPeerToGo();
 	/** Ends the stream behind all that was sent. */

@@ -1,4 +1,4 @@
-#include "Support/Loopback/LoopbackSocket.h"
+#include "LoopbackSocket.h"
 
 #include <array>
 #include <cerrno>
@@ -149,6 +149,11 @@ FLoopbackSocket::EOutcome FLoopbackSocket::Flush()
 FLoopbackSocket::EOutcome FLoopbackSocket::WaitReadable(int OtherFd)
 {
 	return Wait(0, OtherFd);
+}
+
+FLoopbackSocket::EOutcome FLoopbackSocket::Pause(std::chrono::milliseconds For)
+{
+	return Wait(0, -1, static_cast<int>(For.count()));
 }
 
 FLoopbackSocket::EOutcome FLoopbackSocket::WaitForPeerToGo()
