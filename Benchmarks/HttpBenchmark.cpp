@@ -1,7 +1,7 @@
 #include "HttpModule.h"
 #include "LaunchEngineLoop.h"
-#include "Serialization/Archive.h"
 #include "Loopback/LoopbackServer.h"
+#include "Serialization/Archive.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>

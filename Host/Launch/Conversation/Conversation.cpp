@@ -77,8 +77,7 @@ void FConversation::BindLoop()
 		Guarded([this](const FString& Id, const FCVXApprovalRequest& Request) { OnApproval(Id, Request); }));
 	Loop.OnClarificationNeeded.AddLambda(
 		Guarded([this](const FString&, const FCVXClarificationRequest& Request) { OnClarification(Request); }));
-	Task->GetTodoList().OnChanged.AddLambda(
-		Guarded([this]() { View.ShowTodoList(Task->GetTodoList().GetItems()); }));
+	Task->GetTodoList().OnChanged.AddLambda(Guarded([this]() { View.ShowTodoList(Task->GetTodoList().GetItems()); }));
 }
 
 void FConversation::Submit(const FString& Text)
@@ -146,8 +145,7 @@ void FConversation::ShowCalls(const FCVXMessage& Message)
 			continue;
 		}
 		const FString Label = FCVXToolRegistry::Get().GetToolDisplayLabel(Block.ToolName, Block.InputJson);
-		const FShownCall& Call =
-			Calls.Add_GetRef({Block.ToolUseId, Block.ToolName, Label, Block.InputJson});
+		const FShownCall& Call = Calls.Add_GetRef({Block.ToolUseId, Block.ToolName, Label, Block.InputJson});
 		if (!HasOwnDisplay(Call.Name))
 		{
 			View.ShowCall(Call);
@@ -157,8 +155,8 @@ void FConversation::ShowCalls(const FCVXMessage& Message)
 
 void FConversation::ShowResults(const FCVXMessage& Message)
 {
-	const double Seconds = ToolSeconds +
-		(LastState == ECVXTaskState::ExecutingTool ? FPlatformTime::Seconds() - StateTime : 0.0);
+	const double Seconds =
+		ToolSeconds + (LastState == ECVXTaskState::ExecutingTool ? FPlatformTime::Seconds() - StateTime : 0.0);
 	for (const FCVXContentBlock& Block : Message.Content)
 	{
 		const FShownCall Call = FindCall(Block.ToolUseId);
@@ -334,7 +332,6 @@ FString FConversation::DescribeActivity() const
 	{
 		return ShownTexts::DescribeState(GetLoop().GetState());
 	}
-	const FString More =
-		Calls.Num() > 1 ? FString::Printf(TEXT(" and %d more"), Calls.Num() - 1) : FString();
+	const FString More = Calls.Num() > 1 ? FString::Printf(TEXT(" and %d more"), Calls.Num() - 1) : FString();
 	return Calls[0].Label + More;
 }

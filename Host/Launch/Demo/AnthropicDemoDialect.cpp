@@ -75,7 +75,8 @@ public:
 		Add(Event);
 	}
 
-	void AddBlock(const TSharedRef<FJsonObject>& Block, const TCHAR* DeltaType, const TCHAR* Member, const FString& Text)
+	void AddBlock(
+		const TSharedRef<FJsonObject>& Block, const TCHAR* DeltaType, const TCHAR* Member, const FString& Text)
 	{
 		const TSharedRef<FJsonObject> Start = MakeObject(TEXT("content_block_start"));
 		Start->SetNumberField(TEXT("index"), NextIndex);
@@ -133,14 +134,14 @@ bool FAnthropicDemoDialect::ReadRequest(const std::string& Body, FDemoRequest& O
 	{
 		return false;
 	}
-	ForEachObject(*Root, TEXT("tools"),
-		[&](const FJsonObject& Tool) { OutRequest.Tools.Add(GetText(Tool, TEXT("name"))); });
+	ForEachObject(
+		*Root, TEXT("tools"), [&](const FJsonObject& Tool) { OutRequest.Tools.Add(GetText(Tool, TEXT("name"))); });
 	ForEachObject(*Root, TEXT("messages"),
 		[&](const FJsonObject& Message)
 		{
 			const bool bFromUser = GetText(Message, TEXT("role")) == TEXT("user");
-			ForEachObject(Message, TEXT("content"),
-				[&](const FJsonObject& Block) { ReadBlock(Block, bFromUser, OutRequest); });
+			ForEachObject(
+				Message, TEXT("content"), [&](const FJsonObject& Block) { ReadBlock(Block, bFromUser, OutRequest); });
 		});
 	return true;
 }

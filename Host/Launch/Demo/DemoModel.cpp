@@ -2,8 +2,8 @@
 
 #include "Launch/Demo/AnthropicDemoDialect.h"
 #include "Launch/Demo/DemoScenarioTexts.h"
-#include "Loopback/LoopbackServer.h"
 #include "Logging/LogMacros.h"
+#include "Loopback/LoopbackServer.h"
 
 DEFINE_LOG_CATEGORY_STATIC(LogDemoModel, Log, All);
 

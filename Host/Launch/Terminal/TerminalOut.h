@@ -5,8 +5,8 @@
 #include "Templates/Function.h"
 
 /**
- * A terminal, or a file in its place, as a stream of text with looks and one status line below it. All texts are safe to
- * show. Each call reaches the output before it returns. Game thread.
+ * A terminal, or a file in its place, as a stream of text with looks and one status line below it. All texts are safe
+ * to show. Each call reaches the output before it returns. Game thread.
  */
 class FTerminalOut
 {

@@ -54,8 +54,9 @@ FString ShownTexts::FormatSeconds(double Seconds)
 FString ShownTexts::DescribeUsage(const FShownUsage& Usage)
 {
 	const FCVXTokenUsage& Tokens = Usage.Tokens;
-	FString Text = FString::Printf(TEXT("%s tokens in, %s out"), *FCVXTokenCounter::FormatTokenCount(Tokens.InputTokens),
-		*FCVXTokenCounter::FormatTokenCount(Tokens.OutputTokens));
+	FString Text =
+		FString::Printf(TEXT("%s tokens in, %s out"), *FCVXTokenCounter::FormatTokenCount(Tokens.InputTokens),
+			*FCVXTokenCounter::FormatTokenCount(Tokens.OutputTokens));
 	if (Tokens.CacheRead > 0)
 	{
 		Text += FString::Printf(TEXT(", %s from the cache"), *FCVXTokenCounter::FormatTokenCount(Tokens.CacheRead));

@@ -106,10 +106,9 @@ void FTerminalView::ShowCall(const FShownCall& Call)
 
 void FTerminalView::ShowOutcome(const FShownOutcome& Outcome)
 {
-	const FString Time =
-		Outcome.Seconds < 0.0 ? FString() : TEXT(", ") + ShownTexts::FormatSeconds(Outcome.Seconds);
-	const FString Head = FString::Printf(TEXT("  %s %s%s: "), Outcome.bIsError ? TEXT("failed") : TEXT("done"),
-		*MakeSafeText(Outcome.Call.Name), *Time);
+	const FString Time = Outcome.Seconds < 0.0 ? FString() : TEXT(", ") + ShownTexts::FormatSeconds(Outcome.Seconds);
+	const FString Head = FString::Printf(
+		TEXT("  %s %s%s: "), Outcome.bIsError ? TEXT("failed") : TEXT("done"), *MakeSafeText(Outcome.Call.Name), *Time);
 	const int32 Room = FMath::Max(Out.GetStyle().Columns - Head.Len(), 40);
 	WriteLine(Head + ShownTexts::SumUp(MakeSafeText(Outcome.Output), Room),
 		Outcome.bIsError ? ETerminalLook::Bad : ETerminalLook::Dim);

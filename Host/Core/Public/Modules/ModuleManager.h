@@ -42,9 +42,9 @@ private:
 };
 
 /** Makes the class known as a module. The symbol keeps a linker from leaving it out of a static library. */
-#define IMPLEMENT_MODULE(ModuleClass, ModuleName)                                                                      \
-	extern "C" bool CorvexaModule_##ModuleName;                                                                        \
-	bool CorvexaModule_##ModuleName = (FModuleManager::Get().RegisterModule(                                           \
-										   TEXT(#ModuleName), []() -> TUniquePtr<IModuleInterface>                     \
-										   { return MakeUnique<ModuleClass>(); }),                                     \
-		true);
+#define IMPLEMENT_MODULE(ModuleClass, ModuleName)                                                            \
+	extern "C" bool CorvexaModule_##ModuleName;                                                              \
+	bool CorvexaModule_##ModuleName =                                                                        \
+		(FModuleManager::Get().RegisterModule(                                                               \
+			 TEXT(#ModuleName), []() -> TUniquePtr<IModuleInterface> { return MakeUnique<ModuleClass>(); }), \
+			true);

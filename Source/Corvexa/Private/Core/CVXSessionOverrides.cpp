@@ -50,8 +50,8 @@ void FCVXSessionOverrides::RestoreProviders(TArray<FCVXProviderProfile>& Provide
 {
 	if (bProviderAdded)
 	{
-		Providers.RemoveAll([this](const FCVXProviderProfile& Each)
-			{ return Each.ProfileName == Choice.Provider->ProfileName; });
+		Providers.RemoveAll(
+			[this](const FCVXProviderProfile& Each) { return Each.ProfileName == Choice.Provider->ProfileName; });
 	}
 }
 
