@@ -84,6 +84,7 @@ void FConversation::Submit(const FString& Text)
 {
 	check(!IsRunning());
 	Outcome = EOutcome::Running;
+	Calls.Empty();
 	UsageBefore = GetLoop().GetTotalUsage();
 	StartTime = FPlatformTime::Seconds();
 	StateTime = StartTime;
@@ -115,10 +116,22 @@ void FConversation::OnState(ECVXTaskState State)
 	LastState = State;
 	StateTime = Now;
 	View.ShowState(State);
+	if (State == ECVXTaskState::Streaming)
+	{
+		NoteRefusedCompletion();
+	}
 	if (State == ECVXTaskState::Cancelled && IsRunning())
 	{
 		View.ShowError(TEXT("The connection to the model failed too often; the log tells more."));
 		Finish(EOutcome::Failed);
+	}
+}
+
+void FConversation::NoteRefusedCompletion()
+{
+	if (Calls.ContainsByPredicate([](const FShownCall& Call) { return Call.Name == TEXT("attempt_completion"); }))
+	{
+		View.ShowNotice(TEXT("The result isn't accepted yet; the agent goes on."));
 	}
 }
 

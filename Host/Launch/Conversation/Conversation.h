@@ -52,6 +52,8 @@ private:
 	void BindLoop();
 	void OnMessage(const FCVXMessage& Message);
 	void OnState(ECVXTaskState State);
+	/** Says that a completion didn't end the run. */
+	void NoteRefusedCompletion();
 	void OnApproval(const FString& ToolUseId, const FCVXApprovalRequest& Request);
 	void OnClarification(const FCVXClarificationRequest& Request);
 	void OnComplete(const FString& Result);

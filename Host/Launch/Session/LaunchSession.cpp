@@ -9,7 +9,6 @@
 #include "Launch/Session/ProjectChoice.h"
 #include "Logging/TerminalDevice.h"
 #include "Misc/App.h"
-#include "Misc/OutputDeviceRedirector.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
 
@@ -46,7 +45,7 @@ FLaunchSession::FStart FLaunchSession::Start(const FLaunchOptions& Options, std:
 		return Result;
 	}
 	// The program tells the user itself what matters; the log's warnings are for who asks for them.
-	Params.bLogToTerminal = Options.bVerbose;
+	FTerminalDevice::Get().SetVerbosity(Options.bVerbose ? ELogVerbosity::Warning : ELogVerbosity::NoLogging);
 	Loop.Init(Params);
 	FModuleManager::Get().LoadModuleChecked(ModuleName);
 	bModuleLoaded = true;
