@@ -1,11 +1,13 @@
 #include "Launch/Commands/ConversationSetup.h"
 
+#include "Core/CVXSettings.h"
 #include "CoreGlobals.h"
 #include "Launch/Commands/ExitStatus.h"
 #include "Launch/Commands/LaunchCommand.h"
 #include "Launch/Options/LaunchOptions.h"
 #include "Launch/View/JsonView.h"
 #include "Launch/View/TerminalView.h"
+#include "Providers/CVXProviderFactory.h"
 
 #include <unistd.h>
 
@@ -14,12 +16,12 @@ namespace
 /** Between two words of the demo model, where a person watches. */
 constexpr std::chrono::milliseconds DemoPause(15);
 
-/** Goes to a descriptor; when nobody reads it any more, the program ends. */
-FTerminalOut::FSink SinkFor(int32 Descriptor)
+/** Goes to a descriptor; when nobody reads it any more, the program ends. @param Keys outlives the sink. */
+FTerminalOut::FSink SinkFor(int32 Descriptor, const FKeyMask& Keys)
 {
-	return [Descriptor](const FString& Text)
+	return [Descriptor, &Keys](const FString& Text)
 	{
-		if (!WriteToDescriptor(Descriptor, Text))
+		if (!WriteToDescriptor(Descriptor, Keys.Apply(Text)))
 		{
 			RequestEngineExit(TEXT("the output is closed"));
 		}
@@ -35,8 +37,8 @@ bool IsTerminal(int32 Descriptor)
 FConversationSetup::FConversationSetup(const FLaunchOptions& InOptions)
 	: Options(InOptions)
 	, bAtTerminal(IsTerminal(STDIN_FILENO) && IsTerminal(STDOUT_FILENO) && !InOptions.bJson)
-	, Out(FTerminalStyle::Detect(STDOUT_FILENO), SinkFor(STDOUT_FILENO))
-	, Errors(FTerminalStyle::Detect(STDERR_FILENO), SinkFor(STDERR_FILENO))
+	, Out(FTerminalStyle::Detect(STDOUT_FILENO), SinkFor(STDOUT_FILENO, Keys))
+	, Errors(FTerminalStyle::Detect(STDERR_FILENO), SinkFor(STDERR_FILENO, Keys))
 {
 	MakeView();
 }
@@ -51,7 +53,7 @@ void FConversationSetup::MakeView()
 {
 	if (Options.bJson)
 	{
-		View = MakeUnique<FJsonView>(SinkFor(STDOUT_FILENO));
+		View = MakeUnique<FJsonView>(SinkFor(STDOUT_FILENO, Keys));
 		return;
 	}
 	View = MakeUnique<FTerminalView>(Out, Errors);
@@ -65,6 +67,7 @@ TOptional<int> FConversationSetup::Start(const FString& Title, bool bAsk)
 	{
 		return ReportUsageError(Started.Error);
 	}
+	HideKeys();
 	if (!Started.Notice.IsEmpty())
 	{
 		View->ShowNotice(Started.Notice);
@@ -78,6 +81,14 @@ TOptional<int> FConversationSetup::Start(const FString& Title, bool bAsk)
 	}
 	Conversation = MakeUnique<FConversation>(Task.ToSharedRef(), *View, bAsk);
 	return {};
+}
+
+void FConversationSetup::HideKeys()
+{
+	for (const FCVXProviderProfile& Profile : UCVXSettings::Get()->ProviderProfiles)
+	{
+		Keys.Hide(FCVXProviderFactory::GetApiKey(Profile));
+	}
 }
 
 void FConversationSetup::NoteTypedLine()

@@ -2,6 +2,7 @@
 
 #include "Launch/Conversation/Conversation.h"
 #include "Launch/Session/LaunchSession.h"
+#include "Launch/Terminal/KeyMask.h"
 #include "Launch/Terminal/TerminalOut.h"
 
 struct FLaunchOptions;
@@ -27,9 +28,11 @@ public:
 
 private:
 	void MakeView();
+	void HideKeys();
 
 	const FLaunchOptions& Options;
 	const bool bAtTerminal;
+	FKeyMask Keys;
 	FTerminalOut Out;
 	FTerminalOut Errors;
 	TUniquePtr<IConversationView> View;

@@ -13,7 +13,7 @@ namespace
 constexpr FLaunchCommand Commands[] = {
 	{TEXT("chat"), TEXT(""), TEXT("talk with the agent in the terminal"),
 		TEXT("Type a message and Enter. Ctrl-C stops what the agent does and keeps the conversation: 'continue' goes\n"
-			 "on with it. Ctrl-C with nothing running, or twice, leaves; so do Ctrl-D and /exit. With standard input\n"
+			 "on with it. A second Ctrl-C leaves; so do Ctrl-D and /exit. With standard input\n"
 			 "from a file or a pipe, each line is a message or the answer to what is asked.\n"),
 		&RunChatCommand},
 	{TEXT("run"), TEXT("REQUEST | -"), TEXT("carry one request out, for scripts"),
