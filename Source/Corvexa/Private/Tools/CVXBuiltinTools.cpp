@@ -7,6 +7,8 @@
 #include "Tools/Conversation/CVXDelegateToAgentTool.h"
 #include "Tools/Conversation/CVXForkConversationTool.h"
 #include "Tools/Conversation/CVXUpdateTodoListTool.h"
+#include "Tools/Edit/CVXApplyPatchTool.h"
+#include "Tools/Edit/CVXEditFileTool.h"
 #include "Tools/Files/CVXListFilesTool.h"
 #include "Tools/Files/CVXReadFileTool.h"
 #include "Tools/Files/CVXSearchFilesTool.h"
@@ -32,9 +34,11 @@ TUniquePtr<ICVXTool> Make()
 constexpr FBuiltinTool BuiltinTools[] = {
 	{TEXT("read_file"), &Make<FCVXReadFileTool>},
 	{TEXT("write_file"), &Make<FCVXWriteFileTool>},
+	{TEXT("edit_file"), &Make<FCVXEditFileTool>},
 	{TEXT("list_files"), &Make<FCVXListFilesTool>},
 	{TEXT("search_files"), &Make<FCVXSearchFilesTool>},
 	{TEXT("search_in_files"), &Make<FCVXSearchInFilesTool>},
+	{TEXT("apply_patch"), &Make<FCVXApplyPatchTool>},
 	{TEXT("attempt_completion"), &Make<FCVXAttemptCompletionTool>},
 	{TEXT("ask_followup_question"), &Make<FCVXAskFollowupQuestionTool>},
 	{TEXT("update_todo_list"), &Make<FCVXUpdateTodoListTool>},
