@@ -14,6 +14,9 @@
 #include "Tools/Files/CVXSearchFilesTool.h"
 #include "Tools/Files/CVXSearchInFilesTool.h"
 #include "Tools/Files/CVXWriteFileTool.h"
+#include "Tools/Git/CVXGitCommitTool.h"
+#include "Tools/Git/CVXGitStatusTool.h"
+#include "Tools/Shell/CVXExecuteShellTool.h"
 
 namespace
 {
@@ -39,6 +42,9 @@ constexpr FBuiltinTool BuiltinTools[] = {
 	{TEXT("search_files"), &Make<FCVXSearchFilesTool>},
 	{TEXT("search_in_files"), &Make<FCVXSearchInFilesTool>},
 	{TEXT("apply_patch"), &Make<FCVXApplyPatchTool>},
+	{TEXT("execute_shell"), &Make<FCVXExecuteShellTool>},
+	{TEXT("git_query"), &Make<FCVXGitStatusTool>},
+	{TEXT("git_commit"), &Make<FCVXGitCommitTool>},
 	{TEXT("attempt_completion"), &Make<FCVXAttemptCompletionTool>},
 	{TEXT("ask_followup_question"), &Make<FCVXAskFollowupQuestionTool>},
 	{TEXT("update_todo_list"), &Make<FCVXUpdateTodoListTool>},

@@ -181,14 +181,7 @@ bool KeepsFinalEnd(const FCVXFilePatch& File, bool bHadOne)
 FString JoinLines(const TArray<FString>& Lines, bool bFinalEnd)
 {
 	FString Text = FString::Join(Lines, TEXT("\n"));
-	if (!Lines.IsEmpty() && bFinalEnd)
-	{
-		Text.AppendChar(u'\n');
-	}
-	else if (!bFinalEnd)
-	{
-		(void)Text.RemoveFromEnd(TEXT("\r"));
-	}
+	Text += !Lines.IsEmpty() && bFinalEnd ? TEXT("\n") : TEXT("");
 	return Text;
 }
 } // namespace
@@ -209,19 +202,27 @@ bool ApplyHunks(TArray<FString>& Lines, const FCVXFilePatch& File, FString& OutE
 
 bool ApplyHunksToText(FString& InOutText, const FCVXFilePatch& File, FString& OutError)
 {
-	FCVXFilePatch Adapted = File;
-	if (InOutText.Contains(TEXT("\r\n")) && !HasCr(File))
-	{
-		AddCrToNewLines(Adapted);
-	}
 	TArray<FString> Lines;
 	// What an empty file gets are whole lines.
-	const bool bHadFinalEnd = SplitText(InOutText, Lines) || InOutText.IsEmpty();
+	const bool bHadFinalEnd = SplitText(InOutText, Lines) || Lines.IsEmpty();
+	const bool bFinalEnd = KeepsFinalEnd(File, bHadFinalEnd);
+	FCVXFilePatch Adapted = File;
+	const bool bAddCr = InOutText.Contains(TEXT("\r\n")) && !HasCr(File);
+	if (bAddCr)
+	{
+		AddCrToNewLines(Adapted);
+		// The last line may get an end, and another one may lose it.
+		Lines.Last() += bHadFinalEnd ? TEXT("") : TEXT("\r");
+	}
 	if (!ApplyHunks(Lines, Adapted, OutError))
 	{
 		return false;
 	}
-	InOutText = JoinLines(Lines, KeepsFinalEnd(File, bHadFinalEnd));
+	InOutText = JoinLines(Lines, bFinalEnd);
+	if (bAddCr && !bFinalEnd)
+	{
+		(void)InOutText.RemoveFromEnd(TEXT("\r"));
+	}
 	return true;
 }
 
