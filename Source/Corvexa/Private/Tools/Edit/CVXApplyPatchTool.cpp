@@ -16,6 +16,15 @@ bool IsNowhere(const FString& Path)
 	return Path.IsEmpty() || Path == TEXT("/dev/null");
 }
 
+constexpr TCHAR Mark = 0xFEFF;
+
+/** Whether the patch was made of bytes, where a file's mark is the beginning of its first line. */
+bool ShowsMark(const FCVXFilePatch& File)
+{
+	return !File.Hunks.IsEmpty() &&
+		File.Hunks[0].Lines.ContainsByPredicate([](const FString& Line) { return Line.Len() > 1 && Line[1] == Mark; });
+}
+
 /** Where one file's patch leads, and what came of it. */
 class FFilePatching
 {
@@ -76,6 +85,11 @@ private:
 		if (!CVXTextFile::Load(Absolute, Text, Encoding))
 		{
 			return Fail(Target + TEXT(" — file not found or unreadable."));
+		}
+		if (Encoding == ECVXTextEncoding::Utf8WithMark && ShowsMark(File))
+		{
+			Text = FString::Chr(Mark) + Text;
+			Encoding = ECVXTextEncoding::Utf8;
 		}
 		if (!ApplyHunksToText(Text, File, Message))
 		{
