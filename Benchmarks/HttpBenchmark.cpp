@@ -1,7 +1,7 @@
 #include "HttpModule.h"
 #include "LaunchEngineLoop.h"
+#include "Loopback/LoopbackServer.h"
 #include "Serialization/Archive.h"
-#include "Support/Loopback/LoopbackServer.h"
 
 #include <benchmark/benchmark.h>
 #include <cstdlib>

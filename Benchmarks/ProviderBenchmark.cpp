@@ -1,8 +1,8 @@
 #include "HttpModule.h"
 #include "LaunchEngineLoop.h"
+#include "Loopback/LoopbackServer.h"
 #include "Providers/Anthropic/CVXAnthropicDelta.h"
 #include "Providers/Anthropic/CVXAnthropicProvider.h"
-#include "Support/Loopback/LoopbackServer.h"
 
 #include <algorithm>
 #include <arpa/inet.h>

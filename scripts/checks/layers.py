@@ -7,6 +7,7 @@ from checks.tree import Finding
 # Folder -> level. The longest matching folder counts. Everything may include what stands on its level or lower.
 LEVELS = {
     "Host/Core": 0,
+    "Host/Loopback": 0,
     "Host/CoreUObject": 1,
     "Host/Engine": 2,
     "Host/Slate": 3,

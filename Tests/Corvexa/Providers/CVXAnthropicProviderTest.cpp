@@ -2,11 +2,11 @@
 
 #include "HAL/PlatformMisc.h"
 #include "HttpModule.h"
+#include "Loopback/LoopbackServer.h"
 #include "Providers/CVXProviderFactory.h"
 #include "Support/HostTypePrinting.h"
 #include "Support/LogCapture.h"
 #include "Support/LoopPump.h"
-#include "Support/Loopback/LoopbackServer.h"
 #include "Support/TempProject.h"
 #include "Support/TestClock.h"
 

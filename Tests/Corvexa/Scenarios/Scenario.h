@@ -2,8 +2,8 @@
 
 #include "Agent/CVXTaskManager.h"
 #include "Corvexa/Support/ScriptedProvider.h"
+#include "Loopback/LoopbackServer.h"
 #include "Support/LoopPump.h"
-#include "Support/Loopback/LoopbackServer.h"
 #include "Support/TempProject.h"
 #include "Support/TestClock.h"
 

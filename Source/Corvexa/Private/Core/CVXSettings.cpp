@@ -1,6 +1,7 @@
 #include "Core/CVXSettings.h"
 
 #include "Core/CVXLog.h"
+#include "Core/CVXSessionOverrides.h"
 #include "Core/CVXSettingsMigrations.h"
 #include "Core/Profiles/CVXBuiltInProfiles.h"
 #include "Misc/ConfigCacheIni.h"
@@ -54,6 +55,7 @@ TArray<FString> UCVXSettings::GetAgentProfileNames() const
 
 void UCVXSettings::SaveToDefaultConfig()
 {
+	const FCVXSessionOverrides::FLift WithoutOverrides(*this);
 	const FString File = GetDefaultConfigFilename();
 	SaveConfig(CPF_Config, *File, GConfig);
 	UE_LOG(LogCorvexa, Log, TEXT("CVXSettings: saved to %s"), *File);

@@ -180,7 +180,8 @@ public:
 	UFUNCTION()
 	TArray<FString> GetAgentProfileNames() const;
 
-	/** Writes all settings to the project's default config file. A failure isn't reported here: the config logs it. */
+	/** Writes all settings to the project's default config file, without what holds for this run alone. A failure isn't
+	 * reported here: the config logs it. */
 	void SaveToDefaultConfig();
 
 	void PostInitProperties() override;

@@ -7,11 +7,16 @@
 #include "Tools/Conversation/CVXDelegateToAgentTool.h"
 #include "Tools/Conversation/CVXForkConversationTool.h"
 #include "Tools/Conversation/CVXUpdateTodoListTool.h"
+#include "Tools/Edit/CVXApplyPatchTool.h"
+#include "Tools/Edit/CVXEditFileTool.h"
 #include "Tools/Files/CVXListFilesTool.h"
 #include "Tools/Files/CVXReadFileTool.h"
 #include "Tools/Files/CVXSearchFilesTool.h"
 #include "Tools/Files/CVXSearchInFilesTool.h"
 #include "Tools/Files/CVXWriteFileTool.h"
+#include "Tools/Git/CVXGitCommitTool.h"
+#include "Tools/Git/CVXGitStatusTool.h"
+#include "Tools/Shell/CVXExecuteShellTool.h"
 
 namespace
 {
@@ -32,9 +37,14 @@ TUniquePtr<ICVXTool> Make()
 constexpr FBuiltinTool BuiltinTools[] = {
 	{TEXT("read_file"), &Make<FCVXReadFileTool>},
 	{TEXT("write_file"), &Make<FCVXWriteFileTool>},
+	{TEXT("edit_file"), &Make<FCVXEditFileTool>},
 	{TEXT("list_files"), &Make<FCVXListFilesTool>},
 	{TEXT("search_files"), &Make<FCVXSearchFilesTool>},
 	{TEXT("search_in_files"), &Make<FCVXSearchInFilesTool>},
+	{TEXT("apply_patch"), &Make<FCVXApplyPatchTool>},
+	{TEXT("execute_shell"), &Make<FCVXExecuteShellTool>},
+	{TEXT("git_query"), &Make<FCVXGitStatusTool>},
+	{TEXT("git_commit"), &Make<FCVXGitCommitTool>},
 	{TEXT("attempt_completion"), &Make<FCVXAttemptCompletionTool>},
 	{TEXT("ask_followup_question"), &Make<FCVXAskFollowupQuestionTool>},
 	{TEXT("update_todo_list"), &Make<FCVXUpdateTodoListTool>},

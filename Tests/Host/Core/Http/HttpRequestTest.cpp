@@ -1,12 +1,12 @@
 #include "Async/Async.h"
 #include "CoreGlobals.h"
 #include "HttpModule.h"
+#include "Loopback/LoopbackServer.h"
 #include "Serialization/Archive.h"
 #include "Support/FaultPlan.h"
 #include "Support/HostTypePrinting.h"
 #include "Support/LogCapture.h"
 #include "Support/LoopPump.h"
-#include "Support/Loopback/LoopbackServer.h"
 #include "Support/TestClock.h"
 
 #include <gtest/gtest.h>

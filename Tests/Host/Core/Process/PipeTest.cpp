@@ -1,4 +1,4 @@
-#include "ProcessProbe.h"
+#include "Support/ProcessProbe.h"
 #include "Support/FaultPlan.h"
 #include "Support/HostTypePrinting.h"
 

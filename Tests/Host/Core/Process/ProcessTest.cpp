@@ -1,5 +1,5 @@
 #include "HAL/PlatformMisc.h"
-#include "ProcessProbe.h"
+#include "Support/ProcessProbe.h"
 #include "Support/FaultPlan.h"
 #include "Support/HostTypePrinting.h"
 #include "Support/LogCapture.h"

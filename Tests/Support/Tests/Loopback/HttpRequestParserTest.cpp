@@ -1,4 +1,4 @@
-#include "Support/Loopback/HttpRequestParser.h"
+#include "Loopback/HttpRequestParser.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "Support/Loopback/LoopbackServer.h"
+#include "Loopback/LoopbackServer.h"
 
 #include "Support/Tests/Loopback/RawClient.h"
 

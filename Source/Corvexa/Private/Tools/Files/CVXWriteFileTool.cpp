@@ -4,6 +4,7 @@
 #include "Misc/FileHelper.h"
 #include "Misc/Paths.h"
 #include "Tools/CVXToolArguments.h"
+#include "Tools/Diff/CVXUnifiedDiff.h"
 #include "Tools/Files/CVXProjectPaths.h"
 #include "Tools/Files/CVXTextFile.h"
 
@@ -67,6 +68,19 @@ bool WriteWhole(const FString& Absolute, const FString& Content)
 	}
 	return FFileHelper::SaveStringToFile(Content, *Absolute, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
 }
+
+/** What the file holds now; nothing when there is none that the tool may touch. */
+FString LoadPresentText(const FString& Path)
+{
+	FString Absolute;
+	FString ProjectDir;
+	FString Text;
+	ECVXTextEncoding Encoding = ECVXTextEncoding::Utf8;
+	const bool bLoaded = ResolveProjectPath(Path, Absolute, ProjectDir, Text) &&
+		FPlatformFileManager::Get().GetPlatformFile().FileExists(*Absolute) &&
+		CVXTextFile::Load(Absolute, Text, Encoding);
+	return bLoaded ? Text : FString();
+}
 } // namespace
 
 FString FCVXWriteFileTool::GetName() const
@@ -128,5 +142,6 @@ FCVXApprovalRequest FCVXWriteFileTool::BuildApprovalRequest(const FString& Argum
 	const FString Content = GetStringArgument(*Json, TEXT("content"));
 	Request.FilePath = GetStringArgument(*Json, TEXT("path"));
 	Request.Description = FString::Printf(TEXT("Write %d chars to '%s'"), Content.Len(), *Request.FilePath);
+	Request.DiffPreview = GenerateUnifiedDiff(LoadPresentText(Request.FilePath), Content, Request.FilePath, 3);
 	return Request;
 }

@@ -1,0 +1,100 @@
+#include "Launch/Commands/ConversationSetup.h"
+
+#include "Core/CVXSettings.h"
+#include "CoreGlobals.h"
+#include "Launch/Commands/ExitStatus.h"
+#include "Launch/Commands/LaunchCommand.h"
+#include "Launch/Options/LaunchOptions.h"
+#include "Launch/View/JsonView.h"
+#include "Launch/View/TerminalView.h"
+#include "Providers/CVXProviderFactory.h"
+
+#include <unistd.h>
+
+namespace
+{
+/** Between two words of the demo model, where a person watches. */
+constexpr std::chrono::milliseconds DemoPause(15);
+
+/** Goes to a descriptor; when nobody reads it any more, the program ends. @param Keys outlives the sink. */
+FTerminalOut::FSink SinkFor(int32 Descriptor, const FKeyMask& Keys)
+{
+	return [Descriptor, &Keys](const FString& Text)
+	{
+		if (!WriteToDescriptor(Descriptor, Keys.Apply(Text)))
+		{
+			RequestEngineExit(TEXT("the output is closed"));
+		}
+	};
+}
+
+bool IsTerminal(int32 Descriptor)
+{
+	return ::isatty(Descriptor) != 0;
+}
+} // namespace
+
+FConversationSetup::FConversationSetup(const FLaunchOptions& InOptions)
+	: Options(InOptions)
+	, bAtTerminal(IsTerminal(STDIN_FILENO) && IsTerminal(STDOUT_FILENO) && !InOptions.bJson)
+	, Out(FTerminalStyle::Detect(STDOUT_FILENO), SinkFor(STDOUT_FILENO, Keys))
+	, Errors(FTerminalStyle::Detect(STDERR_FILENO), SinkFor(STDERR_FILENO, Keys))
+{
+	MakeView();
+}
+
+FConversationSetup::~FConversationSetup()
+{
+	Out.ClearStatus();
+	Out.EndLine();
+}
+
+void FConversationSetup::MakeView()
+{
+	if (Options.bJson)
+	{
+		View = MakeUnique<FJsonView>(SinkFor(STDOUT_FILENO, Keys));
+		return;
+	}
+	View = MakeUnique<FTerminalView>(Out, Errors);
+}
+
+TOptional<int> FConversationSetup::Start(const FString& Title, bool bAsk)
+{
+	const FLaunchSession::FStart Started =
+		Session.Start(Options, bAtTerminal ? DemoPause : std::chrono::milliseconds(0));
+	if (!Started.bStarted)
+	{
+		return ReportUsageError(Started.Error);
+	}
+	HideKeys();
+	if (!Started.Notice.IsEmpty())
+	{
+		View->ShowNotice(Started.Notice);
+	}
+	const TSharedPtr<FCVXTask> Task = Session.CreateTask(Title);
+	if (!Task)
+	{
+		View->ShowError(
+			FString::Printf(TEXT("the settings give no model to talk to; see %s"), *FLaunchSession::GetLogPath()));
+		return static_cast<int>(ExitError);
+	}
+	Conversation = MakeUnique<FConversation>(Task.ToSharedRef(), *View, bAsk);
+	return {};
+}
+
+void FConversationSetup::HideKeys()
+{
+	for (const FCVXProviderProfile& Profile : UCVXSettings::Get()->ProviderProfiles)
+	{
+		Keys.Hide(FCVXProviderFactory::GetApiKey(Profile));
+	}
+}
+
+void FConversationSetup::NoteTypedLine()
+{
+	if (bAtTerminal)
+	{
+		Out.NoteTypedLineEnd();
+	}
+}

@@ -1,0 +1,12 @@
+# Writes the scenario files of FOLDER as a table of C++ texts, by name, into OUT.
+file(GLOB files "${FOLDER}/*.json")
+list(SORT files)
+set(code "#include \"Launch/Demo/DemoScenarioTexts.h\"\n\nconst TArray<FDemoScenarioText>& GetDemoScenarioTexts()\n{\n")
+string(APPEND code "\tstatic const TArray<FDemoScenarioText> Texts = {\n")
+foreach(file IN LISTS files)
+	get_filename_component(name "${file}" NAME)
+	file(READ "${file}" text)
+	string(APPEND code "\t\t{TEXT(\"${name}\"), TEXT(R\"scenario(${text})scenario\")},\n")
+endforeach()
+string(APPEND code "\t};\n\treturn Texts;\n}\n")
+file(WRITE "${OUT}" "${code}")

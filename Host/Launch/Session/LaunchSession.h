@@ -1,0 +1,46 @@
+#pragma once
+
+#include "Launch/Demo/DemoModel.h"
+#include "LaunchEngineLoop.h"
+#include "Templates/Function.h"
+
+class FCVXTask;
+struct FLaunchOptions;
+
+/** The host and the plug-in, started on a project for one run of the program. Game thread; one at a time. */
+class FLaunchSession
+{
+public:
+	/** How the start went. */
+	struct FStart
+	{
+		bool bStarted = false;
+		/** One line for the user when it didn't. */
+		FString Error;
+		/** What the user is told about the model; may be empty. */
+		FString Notice;
+	};
+
+	FLaunchSession();
+	/** Ends conversations, the plug-in and the host, in this order. */
+	~FLaunchSession();
+	FLaunchSession(const FLaunchSession&) = delete;
+	FLaunchSession& operator=(const FLaunchSession&) = delete;
+
+	/** @param DemoPause between the words of the demo model. A start that failed was the user's mistake. */
+	FStart Start(const FLaunchOptions& Options, std::chrono::milliseconds DemoPause);
+
+	/** A new conversation with the active agent. @return null when the settings don't allow one; the log says why. */
+	TSharedPtr<FCVXTask> CreateTask(const FString& Title);
+
+	/** Turns the loop until the condition holds or the host is asked to end. */
+	void RunUntil(TFunctionRef<bool()> Condition);
+
+	/** Where the run's log is. */
+	static FString GetLogPath();
+
+private:
+	FEngineLoop Loop;
+	TUniquePtr<FDemoModel> Demo;
+	bool bModuleLoaded = false;
+};

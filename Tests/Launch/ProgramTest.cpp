@@ -1,0 +1,189 @@
+#include "Launch/Support/ProgramRun.h"
+#include "Loopback/LoopbackServer.h"
+#include "Support/TempProject.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+using testing::AssertionFailure;
+using testing::AssertionResult;
+using testing::AssertionSuccess;
+
+namespace
+{
+const std::string WeaponFile = "Source/Skirmish/Weapons/SkirmishWeapon.cpp";
+const std::string Fault = "if (AmmoInMagazine < 0)";
+const std::string Fixed = "if (AmmoInMagazine <= 0)";
+
+AssertionResult Holds(const std::string& Text, const std::string& Part)
+{
+	return Text.find(Part) != std::string::npos ? AssertionSuccess()
+												: AssertionFailure() << "no \"" << Part << "\" in:\n"
+																	 << Text;
+}
+
+/** A copy of the sample project. */
+class FSample
+{
+public:
+	FSample()
+	{
+		std::filesystem::copy(CORVEXA_SAMPLES_DIR "/Skirmish", Root(),
+			std::filesystem::copy_options::recursive | std::filesystem::copy_options::overwrite_existing);
+	}
+
+	std::string Root() const { return TCHAR_TO_UTF8(*Project.Dir()); }
+	std::string Weapon() const { return Project.Read(WeaponFile); }
+	std::string Log() const { return Project.Read("Saved/Logs/Skirmish.log"); }
+
+	FProgramRun Run(const std::string& Command, std::vector<std::string> More) const
+	{
+		More.insert(More.begin(), {Command, "--project", Root()});
+		return FProgramRun(std::move(More));
+	}
+
+	FTempProject Project;
+};
+
+std::string SettingsWithVendor(const std::string& Url)
+{
+	return "[/Script/Corvexa.CVXSettings]\nSettingsVersion=5\n+ProviderProfiles=(ProfileName=\"Vendor\",BaseURL=\"" +
+		Url + "\",ApiKeyEnvVar=\"VENDOR_KEY\")\n";
+}
+} // namespace
+
+TEST(Program, TheDemoModelFindsAndFixesTheSamplesFaultOverRealHttp)
+{
+	const FSample Sample;
+	ASSERT_TRUE(Holds(Sample.Weapon(), Fault));
+	const FProgramResult Result = Sample.Run("run", {"--agent", "Coder", "--approve", "all", "fix", "it"}).Run();
+	EXPECT_EQ(Result.Status, 0) << Result.Errors;
+	EXPECT_EQ(Result.Errors, "");
+	EXPECT_TRUE(Holds(Result.Output, "No API key was found"));
+	EXPECT_TRUE(Holds(Result.Output, "demo model"));
+	EXPECT_TRUE(Holds(Result.Output, "== Result =="));
+	EXPECT_TRUE(Holds(Result.Output, "tokens in"));
+	EXPECT_EQ(Result.Output.find('\x1b'), std::string::npos) << "no terminal, no escape sequences";
+	EXPECT_TRUE(Holds(Sample.Weapon(), Fixed));
+	EXPECT_EQ(Sample.Project.Read("Config/DefaultEditor.ini").find("Demo"), std::string::npos)
+		<< "what holds for the run isn't saved";
+
+	const FProgramResult Again = Sample.Run("run", {"--agent", "Coder", "--json", "-"}).Run("fix it\n");
+	EXPECT_EQ(Again.Status, 0) << Again.Errors;
+	EXPECT_TRUE(Holds(Again.Output, "{\"event\":\"result\",\"text\":\"I searched"))
+		<< "it says what it found, not what the script hoped for";
+}
+
+TEST(Program, ARunThatNeedsAPersonSaysForWhatAndChangesNothing)
+{
+	const FSample Sample;
+	const std::string Before = Sample.Weapon();
+	const FProgramResult Result = Sample.Run("run", {"--agent", "Coder", "--provider", "demo"}).Run("fix it");
+	EXPECT_EQ(Result.Status, 3);
+	EXPECT_TRUE(Holds(Result.Errors, "corvexa: this needs a person: approval of "));
+	EXPECT_TRUE(Holds(Result.Errors, "SkirmishWeapon.cpp"));
+	EXPECT_EQ(Sample.Weapon(), Before);
+}
+
+TEST(Program, WrongUsageIsToldInOneLineWithStatusTwo)
+{
+	const FSample Sample;
+	struct FCase
+	{
+		std::vector<std::string> Arguments;
+		const char* Error;
+	};
+	const FCase Cases[] = {
+		{{}, "no command given"},
+		{{"rnu"}, "unknown command 'rnu'; did you mean 'run'?"},
+		{{"run", "--prject", "x"}, "unknown option '--prject'; did you mean '--project'?"},
+		{{"run", "--project", Sample.Root()}, "'run' needs a request"},
+		{{"run", "--project", Sample.Root() + "none", "x"}, "no project at"},
+		{{"run", "--project", Sample.Root(), "--agent", "Codr", "x"},
+			"no agent profile is named 'Codr'; did you mean 'Coder'?"},
+		{{"run", "--project", Sample.Root(), "--provider", "Other", "x"},
+			"no provider profile is named 'Other'; there are: Default, demo"},
+	};
+	for (const FCase& Case : Cases)
+	{
+		const FProgramResult Result = FProgramRun(Case.Arguments).Run();
+		EXPECT_EQ(Result.Status, 2);
+		EXPECT_TRUE(Holds(Result.Errors, Case.Error));
+		EXPECT_EQ(Result.Output, "");
+	}
+	EXPECT_EQ(FProgramRun({"--help"}).Run().Status, 0);
+	EXPECT_TRUE(Holds(FProgramRun({"run", "--help"}).Run().Output, "Usage: corvexa run REQUEST | - [OPTIONS]"));
+	EXPECT_TRUE(Holds(FProgramRun({"--version"}).Run().Output, "corvexa "));
+}
+
+TEST(Program, AVendorsErrorEndsTheRunWithStatusOneAndTheKeyShowsNowhere)
+{
+	const FSample Sample;
+	FLoopbackServer Vendor;
+	Vendor.Route("/v1/messages", FLoopbackReply::Sized(400, "{\"error\":\"refused for sk-top-secret-key\"}"));
+	Sample.Project.Write("Config/DefaultEditor.ini", SettingsWithVendor(Vendor.Url("")));
+	const FProgramResult Result = Sample.Run("run", {"--provider", "vendor", "--model", "m1", "--verbose", "hello"})
+									  .With("VENDOR_KEY=sk-top-secret-key")
+									  .Run();
+	EXPECT_EQ(Result.Status, 1);
+	EXPECT_TRUE(Holds(Result.Errors, "corvexa: HTTP 400"));
+	ASSERT_EQ(Vendor.RequestCount(), 1U);
+	EXPECT_TRUE(Holds(Vendor.Requests()[0].Request.Body, "\"model\":\"m1\""));
+	EXPECT_EQ(Vendor.Requests()[0].Request.Header("x-api-key"), "sk-top-secret-key");
+	for (const std::string& Text : {Result.Output, Result.Errors, Sample.Log()})
+	{
+		EXPECT_EQ(Text.find("sk-top-secret-key"), std::string::npos) << Text;
+	}
+	EXPECT_EQ(Sample.Project.Read("Config/DefaultEditor.ini").find("m1"), std::string::npos);
+}
+
+TEST(Program, ADeltaIsShownWhileTheAnswerStillComesAndInterruptsEndTheRun)
+{
+	const FSample Sample;
+	FLoopbackServer Vendor;
+	FLoopbackReply Reply =
+		FLoopbackReply::Events({"event: content_block_delta\ndata: "
+								"{\"index\":0,\"delta\":{\"type\":\"text_delta\",\"text\":\"FirstWord\"}}\n\n",
+			"event: message_stop\ndata: {}\n\n"});
+	Reply.StallAt(Reply.WireSize() - 20);
+	Vendor.Route("/v1/messages", Reply);
+	Sample.Project.Write("Config/DefaultEditor.ini", SettingsWithVendor(Vendor.Url("")));
+	const FProgramResult Run = Sample.Run("run", {"--provider", "Vendor", "hello"})
+								   .With("VENDOR_KEY=sk-top-secret-key")
+								   .RunAtTerminal({{"FirstWord", "\x03"}});
+	EXPECT_EQ(Run.Status, 130) << Run.Errors << Run.Output;
+
+	const FProgramResult Chat =
+		Sample.Run("chat", {"--provider", "Vendor"})
+			.With("VENDOR_KEY=sk-top-secret-key")
+			.With("NO_COLOR=1")
+			.RunAtTerminal({{"> ", "hello\n"}, {"FirstWord", "\x03"}, {"Type 'continue' to go on", ""},
+				{"> ", "continue\n"}, {"FirstWord", "\x03"}, {"Ctrl-C again leaves", "\x03"}});
+	EXPECT_EQ(Chat.Status, 130) << Chat.Errors << Chat.Output;
+	EXPECT_EQ(Chat.Output.find("\x1b[3"), std::string::npos) << "no colour is wanted";
+	ASSERT_EQ(Vendor.RequestCount(), 3U);
+	EXPECT_TRUE(Holds(Vendor.Requests()[2].Request.Body, "hello")) << "the conversation is kept";
+	EXPECT_TRUE(Holds(Vendor.Requests()[2].Request.Body, "continue"));
+}
+
+TEST(Program, AChatAsksBeforeItChangesAFileAndTakesTheAnswer)
+{
+	const FSample Sample;
+	const FProgramResult Denied = Sample.Run("chat", {"--agent", "Coder"})
+									  .RunAtTerminal({{"> ", "fix it\n"}, {"Allow it?", "what\n"},
+										  {"Please type y, n, a or v", "n\n"}, {"== Result ==", ""}, {"> ", "\x04"}});
+	EXPECT_EQ(Denied.Status, 0) << Denied.Errors << Denied.Output;
+	EXPECT_TRUE(Holds(Sample.Weapon(), Fault));
+
+	const FProgramResult Allowed = Sample.Run("chat", {"--agent", "Coder"}).Run("fix it\ny\n/exit\n");
+	EXPECT_EQ(Allowed.Status, 0) << Allowed.Errors << Allowed.Output;
+	EXPECT_TRUE(Holds(Sample.Weapon(), Fixed));
+}
+
+TEST(Program, AChatWhoseInputEndsAheadOfAnAnswerNeedsAPerson)
+{
+	const FSample Sample;
+	const FProgramResult Result = Sample.Run("chat", {"--agent", "Coder"}).Run("fix it\n");
+	EXPECT_EQ(Result.Status, 3) << Result.Output;
+	EXPECT_TRUE(Holds(Sample.Weapon(), Fault));
+}
