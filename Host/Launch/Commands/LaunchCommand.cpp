@@ -3,6 +3,9 @@
 #include "Launch/Commands/ChatCommand.h"
 #include "Launch/Commands/ExitStatus.h"
 #include "Launch/Commands/RunCommand.h"
+#include "Launch/Commands/TasksCommand.h"
+#include "Launch/Commands/ToolCommand.h"
+#include "Launch/Commands/ToolsCommand.h"
 #include "Launch/Terminal/SafeText.h"
 #include "Launch/Terminal/TerminalOut.h"
 
@@ -21,6 +24,17 @@ constexpr FLaunchCommand Commands[] = {
 			 "When a decision or an answer is needed and no terminal is there to give it, the run ends with status "
 			 "3.\n"),
 		&RunRunCommand},
+	{TEXT("tasks"), TEXT(""), TEXT("list the project's stored conversations"),
+		TEXT("Each with its id, state, age, agent and title; what a sub-agent did stands below the conversation that\n"
+			 "asked for it.\n"),
+		&RunTasksCommand},
+	{TEXT("tools"), TEXT(""), TEXT("list the tools that the agent is offered"),
+		TEXT("Name, flags and description; with --json also the schema of the arguments, a tool a line.\n"),
+		&RunToolsCommand},
+	{TEXT("tool"), TEXT("NAME ['JSON' | -]"), TEXT("run one tool and print what the model would read"),
+		TEXT("The agent's approval rules hold. The arguments are one JSON text, or standard input for a dash.\n"
+			 "The exit status is 1 when the result is an error.\n"),
+		&RunToolCommand},
 };
 } // namespace
 

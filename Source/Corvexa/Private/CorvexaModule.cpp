@@ -1,5 +1,6 @@
 #include "CorvexaModule.h"
 
+#include "Agent/CVXTaskManager.h"
 #include "Core/CVXApiKeysFile.h"
 #include "Core/CVXLog.h"
 #include "Core/CVXReservedNames.h"
@@ -24,6 +25,8 @@ void FCorvexaModule::StartupModule()
 void FCorvexaModule::ShutdownModule()
 {
 	UE_LOG(LogCorvexa, Log, TEXT("Corvexa: Shutting down"));
+	FCVXTaskManager::Get().SaveAllCheckpoints();
+	FCVXTaskManager::Get().ReleaseTasks();
 	CVXPerformanceCommands::Unregister();
 	FCVXToolRegistry::Get().Clear();
 }

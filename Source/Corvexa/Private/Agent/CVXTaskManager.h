@@ -53,6 +53,8 @@ public:
 	void RestoreSessions();
 	/** Saves every task, at the end of the process. */
 	void SaveAllCheckpoints();
+	/** Ends and lets go of every task; what is stored of them stays. */
+	void ReleaseTasks();
 
 private:
 	FCVXTaskManager() = default;
