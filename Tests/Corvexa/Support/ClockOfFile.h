@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Containers/StringConv.h"
 #include "HAL/HostClock.h"
 #include "Support/ProcessProbe.h"
 

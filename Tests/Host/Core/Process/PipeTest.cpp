@@ -1,6 +1,6 @@
-#include "Support/ProcessProbe.h"
 #include "Support/FaultPlan.h"
 #include "Support/HostTypePrinting.h"
+#include "Support/ProcessProbe.h"
 
 #include <gtest/gtest.h>
 

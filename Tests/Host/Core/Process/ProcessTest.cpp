@@ -1,8 +1,8 @@
 #include "HAL/PlatformMisc.h"
-#include "Support/ProcessProbe.h"
 #include "Support/FaultPlan.h"
 #include "Support/HostTypePrinting.h"
 #include "Support/LogCapture.h"
+#include "Support/ProcessProbe.h"
 #include "Support/TempProject.h"
 #include "Support/TestClock.h"
 

@@ -1,5 +1,5 @@
-#include "Support/ProcessProbe.h"
 #include "Support/HostTypePrinting.h"
+#include "Support/ProcessProbe.h"
 
 #include <gtest/gtest.h>
 
