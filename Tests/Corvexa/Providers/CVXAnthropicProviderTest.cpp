@@ -174,8 +174,9 @@ TEST_F(CVXAnthropicProvider, EveryFailureHasItsText)
 			{TEXT("text a"), TEXT("text b"),
 				TEXT("error SSE stream corrupted: 3 consecutive JSON parse failures. Last data: {broken")}},
 		{FLoopbackReply::Events({Bad, Bad, Event("unheard_of", "{}"), Bad, Bad, Stop}), {TEXT("finished 0 0 0 0")}},
-		{FLoopbackReply::Events({TextDelta("a"), Event("error", R"({"error":{"message":"overloaded sk-test-s3cret"}})"), Stop}),
-			{TEXT("text a"), TEXT("error overloaded ***")}},
+		{FLoopbackReply::Events(
+			 {TextDelta("a"), Event("error", R"({"error":{"message":"overloaded sk-test-s3cret"}})"), Stop}),
+			{TEXT("text a"), TEXT("error overloaded [API key]")}},
 		{FLoopbackReply::Events({Event("error", "{}")}), {TEXT("error Unknown Anthropic API error")}},
 		{FLoopbackReply::Events({TextDelta("a")}), {TEXT("text a"), TEXT("finished 0 0 0 0")}},
 		{FLoopbackReply::Sized(200, ""), {TEXT("finished 0 0 0 0")}},

@@ -105,7 +105,7 @@ TEST_F(CVXGeminiProvider, EveryFailureHasItsTextAndNoneGivesTheKeyAway)
 		FLoopbackReply Reply;
 		FString Last;
 	} Cases[] = {
-		{FLoopbackReply::Sized(400, "bad key sk-test-s3cret"), TEXT("error HTTP 400: bad key ***")},
+		{FLoopbackReply::Sized(400, "bad key sk-test-s3cret"), TEXT("error HTTP 400: bad key [API key]")},
 		{FLoopbackReply::Sized(429, "x", {{"Retry-After", "30"}}), TEXT("error HTTP 429: x [Retry-After: 30]")},
 		{FLoopbackReply::Sized(500, std::string(10000, 'e')), TEXT("error HTTP 500: ") + FString::ChrN(500, u'e')},
 		{FLoopbackReply::Events({Bad, Bad, Data("{}"), Bad, Bad, Stop}), TEXT("finished 0 0 0 0")},

@@ -156,20 +156,20 @@ TEST_F(CVXOpenAIProvider, EveryFailureHasItsTextAndNoneGivesTheKeyAway)
 		FLoopbackReply Reply;
 		TArray<FString> Told;
 	} Cases[] = {
-		{FLoopbackReply::Sized(401, "bad key sk-test-s3cret"), {TEXT("error HTTP 401: bad key ***")}},
+		{FLoopbackReply::Sized(401, "bad key sk-test-s3cret"), {TEXT("error HTTP 401: bad key [API key]")}},
 		{FLoopbackReply::Sized(429, "x", {{"Retry-After", "30"}}), {TEXT("error HTTP 429: x [Retry-After: 30]")}},
 		{FLoopbackReply::Sized(429, "x"), {TEXT("error HTTP 429: x")}},
 		{FLoopbackReply::Sized(500, std::string(10000, 'e')), {TEXT("error HTTP 500: ") + FString::ChrN(500, u'e')}},
 		{FLoopbackReply::Events({Word("a"), Bad, Bad, Word("a"), Bad, Bad, Data("{}"), Bad, Data("[1]"), Tells, Done}),
 			{TEXT("text a"), TEXT("text a"),
-				TEXT("error SSE stream corrupted: 3 consecutive JSON parse failures. Last data: {bad ***")}},
+				TEXT("error SSE stream corrupted: 3 consecutive JSON parse failures. Last data: {bad [API key]")}},
 		{FLoopbackReply::Raw("garbage\r\n\r\n"), {TEXT("error HTTP connection failed.")}},
 	};
 	for (const auto& Case : Cases)
 	{
 		EXPECT_EQ(Play(Case.Reply), Case.Told);
 	}
-	EXPECT_TRUE(Log.Contains(TEXT("Failed to parse SSE JSON (consecutive: 3): {bad ***")));
+	EXPECT_TRUE(Log.Contains(TEXT("Failed to parse SSE JSON (consecutive: 3): {bad [API key]")));
 	EXPECT_FALSE(Log.Contains(TEXT("s3cret")));
 }
 
