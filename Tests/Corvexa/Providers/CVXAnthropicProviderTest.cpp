@@ -1,18 +1,6 @@
-#include "Providers/Anthropic/CVXAnthropicProvider.h"
-
+#include "Corvexa/Providers/ProviderFixture.h"
 #include "HAL/PlatformMisc.h"
-#include "HttpModule.h"
-#include "Loopback/LoopbackServer.h"
-#include "Providers/CVXProviderFactory.h"
-#include "Support/HostTypePrinting.h"
-#include "Support/LogCapture.h"
-#include "Support/LoopPump.h"
-#include "Support/TempProject.h"
 #include "Support/TestClock.h"
-
-#include <gtest/gtest.h>
-
-#include <random>
 
 namespace
 {
@@ -28,64 +16,14 @@ std::string TextDelta(const std::string& Text)
 
 const std::string Stop = Event("message_stop", R"({"type":"message_stop"})");
 
-/** One provider on a loopback server, and all that its callbacks told, in order. */
-class CVXAnthropicProvider : public testing::Test
+class CVXAnthropicProvider : public FProviderFixture
 {
 protected:
 	CVXAnthropicProvider()
+		: FProviderFixture(ECVXProviderType::Anthropic)
 	{
-		Profile.BaseURL = FString(Server.Url("").c_str());
-		Profile.ApiKeyEnvVar = TEXT("sk-test-s3cret");
-		Provider = MakeUnique<FCVXAnthropicProvider>(Profile);
-		Callbacks.OnTextDelta = [this](const FString& Text) { Told.Add(TEXT("text ") + Text); };
-		Callbacks.OnReasoningDelta = [this](const FString& Text) { Told.Add(TEXT("reasoning ") + Text); };
-		Callbacks.OnToolCallComplete = [this](const FCVXToolCall& Call)
-		{ Told.Add(FString::Printf(TEXT("call %s %s %s"), *Call.Id, *Call.Name, *Call.Arguments)); };
-		Callbacks.OnStreamFinished = [this](const FCVXTokenUsage& Usage)
-		{
-			Told.Add(FString::Printf(TEXT("finished %d %d %d %d%s"), Usage.InputTokens, Usage.OutputTokens,
-				Usage.CacheRead, Usage.CacheWrite, Usage.bTruncated ? TEXT(" truncated") : TEXT("")));
-			bEnded = true;
-		};
-		Callbacks.OnError = [this](const FString& Text)
-		{
-			Told.Add(TEXT("error ") + Text);
-			bEnded = true;
-		};
 	}
-
-	/** Plays one reply to its end. @return what was told. */
-	TArray<FString> Play(FLoopbackReply Reply)
-	{
-		Server.Enqueue(std::move(Reply));
-		Told.Reset();
-		bEnded = false;
-		EXPECT_EQ(Provider->StreamRequest(FCVXProviderRequest(), Callbacks).Len(), 32);
-		EXPECT_TRUE(Pump.Until([this] { return bEnded; }));
-		// Whatever comes too late would show up here.
-		for (int32 Index = 0; Index < 3; ++Index)
-		{
-			Pump.Tick();
-		}
-		return Told;
-	}
-	FString BodyOf(const FCVXProviderRequest& Request)
-	{
-		Server.Enqueue(FLoopbackReply::Events({Stop}));
-		bEnded = false;
-		Provider->StreamRequest(Request, Callbacks);
-		EXPECT_TRUE(Pump.Until([this] { return bEnded; }));
-		return FString(Server.Requests().back().Request.Body.c_str());
-	}
-
-	FTempProject Project;
-	FLoopPump Pump;
-	FLoopbackServer Server;
-	FCVXProviderProfile Profile;
-	TUniquePtr<FCVXAnthropicProvider> Provider;
-	FCVXProviderCallbacks Callbacks;
-	TArray<FString> Told;
-	bool bEnded = false;
+	FString BodyOf(const FCVXProviderRequest& Request) { return FString(Send(Request).Body.c_str()); }
 };
 } // namespace
 
@@ -213,25 +151,8 @@ TEST_F(CVXAnthropicProvider, AnAnswerCutAnywhereTellsTheSame)
 		Event("content_block_start", R"({"index":1,"content_block":{"type":"tool_use","id":"a","name":"one"}})") +
 		Event("content_block_delta", R"({"index":1,"delta":{"type":"input_json_delta","partial_json":"{}"}})") +
 		Event("content_block_stop", R"({"index":1})") + Stop;
-	const TArray<FString> Whole = Play(FLoopbackReply::Sized(200, Body));
-	EXPECT_EQ(Whole,
-		(TArray<FString>{TEXT("text Grü😀"), TEXT("text a\nb"), TEXT("call a one {}"), TEXT("finished 12 1 0 0")}));
-	for (size_t Cut = 1; Cut < Body.size(); ++Cut)
-	{
-		FLoopbackReply Reply = FLoopbackReply::Sized(200, Body);
-		Reply.SplitAt({Reply.HeadSize() + Cut});
-		ASSERT_EQ(Play(std::move(Reply)), Whole) << "cut at " << Cut;
-	}
-	std::mt19937 Random(9);
-	for (int32 Round = 0; Round < 50; ++Round)
-	{
-		std::vector<std::string> Pieces;
-		for (size_t At = 0; At < Body.size(); At += Pieces.back().size())
-		{
-			Pieces.push_back(Body.substr(At, 1 + Random() % 60));
-		}
-		ASSERT_EQ(Play(FLoopbackReply::Events(Pieces)), Whole) << "round " << Round;
-	}
+	ExpectSameWhereverCut(
+		Body, {TEXT("text Grü😀"), TEXT("text a\nb"), TEXT("call a one {}"), TEXT("finished 12 1 0 0")});
 }
 
 TEST_F(CVXAnthropicProvider, EveryFailureHasItsText)
@@ -253,8 +174,9 @@ TEST_F(CVXAnthropicProvider, EveryFailureHasItsText)
 			{TEXT("text a"), TEXT("text b"),
 				TEXT("error SSE stream corrupted: 3 consecutive JSON parse failures. Last data: {broken")}},
 		{FLoopbackReply::Events({Bad, Bad, Event("unheard_of", "{}"), Bad, Bad, Stop}), {TEXT("finished 0 0 0 0")}},
-		{FLoopbackReply::Events({TextDelta("a"), Event("error", R"({"error":{"message":"overloaded"}})"), Stop}),
-			{TEXT("text a"), TEXT("error overloaded")}},
+		{FLoopbackReply::Events(
+			 {TextDelta("a"), Event("error", R"({"error":{"message":"overloaded sk-test-s3cret"}})"), Stop}),
+			{TEXT("text a"), TEXT("error overloaded [API key]")}},
 		{FLoopbackReply::Events({Event("error", "{}")}), {TEXT("error Unknown Anthropic API error")}},
 		{FLoopbackReply::Events({TextDelta("a")}), {TEXT("text a"), TEXT("finished 0 0 0 0")}},
 		{FLoopbackReply::Sized(200, ""), {TEXT("finished 0 0 0 0")}},
@@ -287,24 +209,7 @@ TEST_F(CVXAnthropicProvider, SilenceBeyondTheTimeOutIsALostConnection)
 
 TEST_F(CVXAnthropicProvider, NothingIsToldAfterACancelOrTheProvidersEnd)
 {
-	for (const bool bDestroy : {false, true})
-	{
-		Server.Enqueue(FLoopbackReply::Events({TextDelta("a"), TextDelta("b"), Stop}));
-		Provider = MakeUnique<FCVXAnthropicProvider>(Profile);
-		FString Handle;
-		FCVXProviderCallbacks Ending = Callbacks;
-		Ending.OnTextDelta = [&](const FString& Text)
-		{
-			Told.Add(Text);
-			bDestroy ? Provider.Reset() : Provider->CancelRequest(Handle);
-		};
-		Told.Reset();
-		Handle = Provider->StreamRequest(FCVXProviderRequest(), Ending);
-		EXPECT_TRUE(Pump.Until([this] { return Told.Num() > 0; }));
-		EXPECT_TRUE(Pump.Until([] { return FHttpModule::Get().GetHttpManager().GetNumActiveRequests() == 0; }));
-		Pump.Tick();
-		EXPECT_EQ(Told, (TArray<FString>{TEXT("a")}));
-	}
+	ExpectSilenceAfterFirstWord({TextDelta("a"), TextDelta("b"), Stop});
 }
 
 TEST_F(CVXAnthropicProvider, ACallbackMayStartTheNextRequest)
@@ -325,7 +230,7 @@ TEST_F(CVXAnthropicProvider, ACallbackMayStartTheNextRequest)
 TEST_F(CVXAnthropicProvider, WithoutAKeyNothingStarts)
 {
 	Profile.ApiKeyEnvVar = TEXT("CVX_TEST_NO_SUCH_KEY");
-	Provider = MakeUnique<FCVXAnthropicProvider>(Profile);
+	MakeProvider();
 	EXPECT_FALSE(Provider->IsConfigured());
 	EXPECT_TRUE(Provider->StreamRequest(FCVXProviderRequest(), Callbacks).IsEmpty());
 	EXPECT_EQ(

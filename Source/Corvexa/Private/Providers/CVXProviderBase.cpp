@@ -30,6 +30,7 @@ FCVXProviderBase::~FCVXProviderBase()
 	*AliveFlag = false;
 	for (const auto& [Handle, State] : ActiveRequests)
 	{
+		State->bActive = false;
 		State->Stream->Cancel();
 		State->HttpRequest->CancelRequest();
 	}
@@ -106,37 +107,42 @@ void FCVXProviderBase::CancelRequest(const FString& Handle)
 
 void FCVXProviderBase::OnHttpComplete(const FString& Handle, const FHttpResponsePtr& Response, bool bConnected)
 {
-	if (!bConnected || !Response.IsValid())
-	{
-		FailRequest(Handle, TEXT("HTTP connection failed."));
-		return;
-	}
-	if (Response->GetResponseCode() >= 400)
-	{
-		FailRequest(Handle, FormatHttpError(*Response, ActiveRequests.FindRef(Handle)));
-		return;
-	}
-	OnStreamClosed(Handle);
-}
-
-void FCVXProviderBase::OnStreamClosed(const FString& Handle)
-{
 	const TSharedPtr<FRequestState> State = ActiveRequests.FindRef(Handle);
 	if (!State)
 	{
 		return;
 	}
-	const TSharedRef<bool> Alive = AliveFlag;
-	State->Stream->Flush();
-	if (*Alive && ActiveRequests.Contains(Handle))
+	if (!bConnected || !Response.IsValid())
 	{
-		HandleMissingStop(Handle, *State);
+		FailRequest(Handle, DescribeLostConnection(Response.Get(), *State));
+		return;
+	}
+	if (Response->GetResponseCode() >= 400)
+	{
+		FailRequest(Handle, FormatHttpError(*Response, *State));
+		return;
+	}
+	OnStreamClosed(Handle, *State);
+}
+
+void FCVXProviderBase::OnStreamClosed(const FString& Handle, FRequestState& State)
+{
+	State.Stream->Flush();
+	if (State.bActive)
+	{
+		HandleMissingStop(Handle, State);
 	}
 }
 
-FString FCVXProviderBase::FormatHttpError(const IHttpResponse& Response, const TSharedPtr<FRequestState>& State)
+FString FCVXProviderBase::DescribeLostConnection(
+	const IHttpResponse* /*Response*/, const FRequestState& /*State*/) const
 {
-	const FString Body = State ? HideKey(*State, State->Stream->GetRawContent()).Left(MaxQuotedBody) : FString();
+	return TEXT("HTTP connection failed.");
+}
+
+FString FCVXProviderBase::FormatHttpError(const IHttpResponse& Response, const FRequestState& State)
+{
+	const FString Body = HideKey(State, State.Stream->GetRawContent()).Left(MaxQuotedBody);
 	FString Text = FString::Printf(TEXT("HTTP %d: %s"), Response.GetResponseCode(), *Body);
 	const FString RetryAfter = Response.GetResponseCode() == 429 ? Response.GetHeader(TEXT("Retry-After")) : FString();
 	if (!RetryAfter.IsEmpty())
@@ -173,6 +179,33 @@ void FCVXProviderBase::NoteParseFailure(const FString& Handle, FRequestState& St
 	}
 }
 
+bool FCVXProviderBase::TellText(const FRequestState& State, const FString& Text)
+{
+	if (!Text.IsEmpty() && State.Callbacks.OnTextDelta)
+	{
+		State.Callbacks.OnTextDelta(Text);
+	}
+	return State.bActive;
+}
+
+bool FCVXProviderBase::TellReasoning(const FRequestState& State, const FString& Text)
+{
+	if (!Text.IsEmpty() && State.Callbacks.OnReasoningDelta)
+	{
+		State.Callbacks.OnReasoningDelta(Text);
+	}
+	return State.bActive;
+}
+
+bool FCVXProviderBase::TellToolCall(const FRequestState& State, const FCVXToolCall& Call)
+{
+	if (State.Callbacks.OnToolCallComplete)
+	{
+		State.Callbacks.OnToolCallComplete(Call);
+	}
+	return State.bActive;
+}
+
 void FCVXProviderBase::FinishRequest(const FString& Handle)
 {
 	const TSharedPtr<FRequestState> State = RemoveState(Handle);
@@ -194,7 +227,9 @@ void FCVXProviderBase::FailRequest(const FString& Handle, const FString& ErrorTe
 
 FString FCVXProviderBase::HideKey(const FRequestState& State, const FString& Text)
 {
-	return Text.Replace(*State.ApiKey, TEXT("[API key]"), ESearchCase::CaseSensitive);
+	return State.ApiKey.Len() < MinSecretChars
+		? Text
+		: Text.Replace(*State.ApiKey, TEXT("[API key]"), ESearchCase::CaseSensitive);
 }
 
 TSharedPtr<FCVXProviderBase::FRequestState> FCVXProviderBase::RemoveState(const FString& Handle)

@@ -21,6 +21,8 @@ public:
 	/** The characters of an error body and of a bad event that a text quotes. */
 	static constexpr int32 MaxQuotedBody = 500;
 	static constexpr int32 MaxQuotedEvent = 200;
+	/** Keys are hidden from this length on: a shorter one is a local server's stand-in, often an ordinary word. */
+	static constexpr int32 MinSecretChars = 14;
 
 	explicit FCVXProviderBase(const FCVXProviderProfile& InProfile);
 	~FCVXProviderBase() override;
@@ -58,6 +60,8 @@ protected:
 	virtual void HandleSSEEvent(const FString& Handle, FRequestState& State, const FCVXSSEEvent& Event) = 0;
 	/** The response ended well without the dialect's stop event. */
 	virtual void HandleMissingStop(const FString& Handle, FRequestState& State) = 0;
+	/** @param Response what came before the connection was lost; may be null. @return the text of the failure. */
+	virtual FString DescribeLostConnection(const IHttpResponse* Response, const FRequestState& State) const;
 
 	/** @return the event's object; null for bad JSON, which is counted and ends the request when it happens too often.
 	 */
@@ -67,6 +71,20 @@ protected:
 	static void NoteParseSuccess(FRequestState& State) { State.JsonParseFailures = 0; }
 	void NoteParseFailure(const FString& Handle, FRequestState& State, const FString& Data);
 
+	/**
+	 * Call the request's callback, if it is set. An empty text is not told.
+	 * @return whether the request goes on; when it doesn't, the provider may be gone too.
+	 */
+	static bool TellText(const FRequestState& State, const FString& Text);
+	static bool TellReasoning(const FRequestState& State, const FString& Text);
+	static bool TellToolCall(const FRequestState& State, const FCVXToolCall& Call);
+
+	/** A vendor's text may quote the key that it was sent; before it is cut or shown, the key goes. */
+	static FString HideKey(const FRequestState& State, const FString& Text);
+
+	/** "HTTP %d: %s" with the start of the body, and the wait that a vendor in distress asks for. */
+	static FString FormatHttpError(const IHttpResponse& Response, const FRequestState& State);
+
 	/** The two terminal events: the state is removed first, then its callback is called. */
 	void FinishRequest(const FString& Handle);
 	void FailRequest(const FString& Handle, const FString& ErrorText);
@@ -75,11 +93,8 @@ protected:
 
 private:
 	void OnHttpComplete(const FString& Handle, const FHttpResponsePtr& Response, bool bConnected);
-	void OnStreamClosed(const FString& Handle);
+	void OnStreamClosed(const FString& Handle, FRequestState& State);
 	TSharedPtr<FRequestState> RemoveState(const FString& Handle);
-	/** A vendor's text may quote the key that it was sent; before it is cut or shown, the key goes. */
-	static FString HideKey(const FRequestState& State, const FString& Text);
-	static FString FormatHttpError(const IHttpResponse& Response, const TSharedPtr<FRequestState>& State);
 
 	/** False once the provider is gone; every delayed call holds it. */
 	TSharedRef<bool> AliveFlag = MakeShared<bool>(true);

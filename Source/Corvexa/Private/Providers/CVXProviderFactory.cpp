@@ -5,6 +5,9 @@
 #include "Core/CVXProfiles.h"
 #include "HAL/PlatformMisc.h"
 #include "Providers/Anthropic/CVXAnthropicProvider.h"
+#include "Providers/CVXProviderCatalog.h"
+#include "Providers/Gemini/CVXGeminiProvider.h"
+#include "Providers/OpenAI/CVXOpenAIProvider.h"
 
 namespace
 {
@@ -20,13 +23,33 @@ bool LooksLikeKey(const FString& Name)
 	}
 	return false;
 }
+
+/** Profiles stored under the old type name no URL. */
+FCVXProviderProfile WithOpenRouterURL(FCVXProviderProfile Profile)
+{
+	if (Profile.BaseURL.IsEmpty())
+	{
+		const FCVXProviderEntry* Vendor = FCVXProviderCatalog::FindProvider(TEXT("openrouter"));
+		check(Vendor);
+		Profile.BaseURL = Vendor->DefaultBaseURL;
+	}
+	return Profile;
+}
 } // namespace
 
 TUniquePtr<ICVXProvider> FCVXProviderFactory::CreateProvider(const FCVXProviderProfile& Profile)
 {
-	if (Profile.ProviderType == ECVXProviderType::Anthropic)
+	switch (Profile.ProviderType)
 	{
+	case ECVXProviderType::Anthropic:
 		return MakeUnique<FCVXAnthropicProvider>(Profile);
+	case ECVXProviderType::Gemini:
+		return MakeUnique<FCVXGeminiProvider>(Profile);
+	case ECVXProviderType::OpenAICompat:
+	case ECVXProviderType::Custom:
+		return MakeUnique<FCVXOpenAIProvider>(Profile);
+	case ECVXProviderType::OpenRouter:
+		return MakeUnique<FCVXOpenAIProvider>(WithOpenRouterURL(Profile));
 	}
 	UE_LOG(LogCorvexa, Error, TEXT("CVXProviderFactory: Unknown provider type %d for profile '%s'"),
 		(int32)Profile.ProviderType, *Profile.ProfileName);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Core/CVXTypes.h"
 #include "Dom/JsonObject.h"
 #include "Policies/CondensedJsonPrintPolicy.h"
 #include "Serialization/JsonWriter.h"
@@ -11,6 +12,9 @@ using FWriter = TJsonWriter<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>;
 
 /** @return the object that the text holds; null when it holds none. */
 TSharedPtr<FJsonObject> ParseObject(const FString& Json);
+
+/** Writes one tool as an object; its schema under the given name, or not at all when it is no object. */
+void WriteTool(FWriter& Writer, const FCVXToolDescriptor& Tool, FStringView SchemaName);
 
 /** The number that people see for a single-precision value: 0.7 rather than 0.699999988. */
 double ShortestDouble(float Value);

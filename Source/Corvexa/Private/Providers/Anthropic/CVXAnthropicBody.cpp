@@ -113,14 +113,7 @@ void WriteTools(FWriter& Writer, const TArray<FCVXToolDescriptor>& Tools)
 	Writer.WriteArrayStart(TEXT("tools"));
 	for (const FCVXToolDescriptor& Tool : Tools)
 	{
-		Writer.WriteObjectStart();
-		Writer.WriteValue(TEXT("name"), Tool.Name);
-		Writer.WriteValue(TEXT("description"), Tool.Description);
-		if (const TSharedPtr<FJsonObject> Schema = CVXProviderJson::ParseObject(Tool.InputSchemaJson))
-		{
-			Writer.WriteValue(TEXT("input_schema"), *Schema);
-		}
-		Writer.WriteObjectEnd();
+		CVXProviderJson::WriteTool(Writer, Tool, TEXT("input_schema"));
 	}
 	Writer.WriteArrayEnd();
 }

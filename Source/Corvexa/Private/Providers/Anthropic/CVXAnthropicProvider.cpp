@@ -94,7 +94,7 @@ void FCVXAnthropicProvider::HandleSSEEvent(const FString& Handle, FRequestState&
 	}
 	else if (Event.EventType == TEXTVIEW("error"))
 	{
-		HandleError(Handle, *Json);
+		HandleError(Handle, State, *Json);
 	}
 }
 
@@ -237,7 +237,7 @@ void FCVXAnthropicProvider::HandleMessageDelta(FAnthropicState& State, const FJs
 	}
 }
 
-void FCVXAnthropicProvider::HandleError(const FString& Handle, const FJsonObject& Event)
+void FCVXAnthropicProvider::HandleError(const FString& Handle, FAnthropicState& State, const FJsonObject& Event)
 {
 	const TSharedPtr<FJsonObject>* Error = nullptr;
 	FString Message;
@@ -245,6 +245,7 @@ void FCVXAnthropicProvider::HandleError(const FString& Handle, const FJsonObject
 	{
 		Message = TEXT("Unknown Anthropic API error");
 	}
+	Message = HideKey(State, Message);
 	UE_LOG(LogCVXAnthropicProvider, Error, TEXT("Anthropic API error for %s: %s"), *Handle, *Message);
 	FailRequest(Handle, Message);
 }

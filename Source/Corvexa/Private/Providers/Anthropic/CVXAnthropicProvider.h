@@ -39,5 +39,5 @@ private:
 	static void HandleDelta(FAnthropicState& State, const FString& Data, const FCVXAnthropicDelta& Delta);
 	static void HandleContentBlockStop(FAnthropicState& State, const FJsonObject& Event);
 	static void HandleMessageDelta(FAnthropicState& State, const FJsonObject& Event);
-	void HandleError(const FString& Handle, const FJsonObject& Event);
+	void HandleError(const FString& Handle, FAnthropicState& State, const FJsonObject& Event);
 };

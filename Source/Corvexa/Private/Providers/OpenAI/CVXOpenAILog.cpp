@@ -1,0 +1,3 @@
+#include "Providers/OpenAI/CVXOpenAILog.h"
+
+DEFINE_LOG_CATEGORY(LogCVXOpenAIProvider);
