@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Core/CVXProfiles.h"
+#include "Loopback/LoopbackServer.h"
 #include "Providers/CVXProviderFactory.h"
 #include "Support/HostTypePrinting.h"
 #include "Support/LogCapture.h"
 #include "Support/LoopPump.h"
-#include "Loopback/LoopbackServer.h"
 #include "Support/TempProject.h"
 
 #include <gtest/gtest.h>
