@@ -1,7 +1,7 @@
 #pragma once
 
 #include "Containers/Array.h"
-#include "CoreTypes.h"
+#include "Containers/UnrealString.h"
 
 struct FLaunchOptions;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Containers/UnrealString.h"
 #include "Delegates/Delegate.h"
 
 class FCVXAgentLoop;
