@@ -10,12 +10,14 @@
 
 namespace
 {
-/** Whether the patch of the preview makes the new lines of the old ones. */
-void CheckRoundTrip(const FString& Old, const FString& New)
+/** Whether the patch of the preview makes the new lines of the old ones. It doesn't tell of a missing last line end. */
+void CheckRoundTrip(FString Old, FString New)
 {
+	Old.AppendChar(u'\n');
+	New.AppendChar(u'\n');
 	const TArray<FStringView> NewLines = SplitIntoLines(New);
 	const int32 LineCount = std::max(SplitIntoLines(Old).Num(), NewLines.Num());
-	const bool bComparable = !Old.IsEmpty() && !New.IsEmpty() && LineCount <= 2000 && !(Old + New).Contains(TEXT("\r"));
+	const bool bComparable = LineCount <= 2000 && !(Old + New).Contains(TEXT("\r"));
 	const TArray<FCVXFilePatch> Files = ParsePatch(GenerateUnifiedDiff(Old, New, TEXT("file"), 3));
 	if (!bComparable || Files.IsEmpty())
 	{
