@@ -1,13 +1,44 @@
 #!/usr/bin/env bash
-# Installs what is missing, builds, and runs the program with the arguments given.
+# Installs what is missing, builds, and runs the program with the arguments given; without any, shows one whole run on
+# a copy of the sample project.
 source "$(dirname "${BASH_SOURCE[0]}")/scripts/lib.sh"
 
-install_packages build bench
-build release
 Program="$Root/Build/release/Host/Launch/corvexa"
-if [[ -x "$Program" ]]; then
+Sample="$Root/Samples/Skirmish"
+Copy="$Root/Build/demo/Skirmish"
+
+# What the build says goes to standard error, so that the program's output can be piped on.
+prepare()
+{
+	install_packages build bench
+	build release CorvexaProgram
+}
+
+show_demo()
+{
+	local status=0
+	rm -rf "$Copy"
+	mkdir -p "$(dirname "$Copy")"
+	cp -r "$Sample" "$Copy"
+	say "One request to the built-in demo model, on a copy of the sample project in $Copy"
+	"$Program" run --project "$Copy" --provider demo --agent Coder --approve all \
+		"A weapon seems to fire once more when its magazine is empty. Find out why and fix it." </dev/null || status=$?
+	((status == 0)) || fail "the run ended with status $status"
+	say "What it changed:"
+	diff -ru --exclude=Saved --exclude=Config "$Sample" "$Copy" || true
+	cat <<END
+
+== How to go on
+Talk with it:            ./run.sh chat --project Build/demo/Skirmish --agent Coder
+Use a real model:        export ANTHROPIC_API_KEY=..., or put the key into Saved/CVX/apikeys.cfg of the project
+Use your own project:    ./run.sh chat --project DIR
+One request, scripted:   ./run.sh run --project DIR --approve reads "..."
+All options:             ./run.sh --help
+END
+}
+
+prepare 1>&2
+if (($# > 0)); then
 	exec "$Program" "$@"
 fi
-say "There is no program to start yet. These are the core's figures beside its peers', for a few seconds:"
-"$Root/Build/release/Benchmarks/Benchmarks" --benchmark_min_time=0.05 --benchmark_filter='Text|Map'
-say "./test.sh runs every test; CONTRIBUTING.md tells how to run all benchmarks."
+show_demo

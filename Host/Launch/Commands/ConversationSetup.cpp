@@ -2,6 +2,7 @@
 
 #include "Core/CVXSettings.h"
 #include "CoreGlobals.h"
+#include "HAL/PlatformMisc.h"
 #include "Launch/Commands/ExitStatus.h"
 #include "Launch/Commands/LaunchCommand.h"
 #include "Launch/Options/LaunchOptions.h"
@@ -13,8 +14,17 @@
 
 namespace
 {
-/** Between two words of the demo model, where a person watches. */
-constexpr std::chrono::milliseconds DemoPause(15);
+/** Milliseconds between two words of the demo model, where a person watches. */
+constexpr int32 DefaultDemoPause = 15;
+constexpr int32 MaxDemoPause = 1000;
+constexpr const TCHAR* DemoPauseVariable = TEXT("CORVEXA_DEMO_PAUSE_MS");
+
+std::chrono::milliseconds FindDemoPause(bool bAtTerminal)
+{
+	const FString Given = FPlatformMisc::GetEnvironmentVariable(DemoPauseVariable);
+	const int32 Usual = bAtTerminal ? DefaultDemoPause : 0;
+	return std::chrono::milliseconds(Given.IsEmpty() ? Usual : FMath::Clamp(FCString::Atoi(*Given), 0, MaxDemoPause));
+}
 
 /** Goes to a descriptor; when nobody reads it any more, the program ends. @param Keys outlives the sink. */
 FTerminalOut::FSink SinkFor(int32 Descriptor, const FKeyMask& Keys)
@@ -61,8 +71,7 @@ void FConversationSetup::MakeView()
 
 TOptional<int> FConversationSetup::Start(const FString& Title, bool bAsk)
 {
-	const FLaunchSession::FStart Started =
-		Session.Start(Options, bAtTerminal ? DemoPause : std::chrono::milliseconds(0));
+	const FLaunchSession::FStart Started = Session.Start(Options, FindDemoPause(bAtTerminal));
 	if (!Started.bStarted)
 	{
 		return ReportUsageError(Started.Error);

@@ -2,7 +2,7 @@
 
 #include <array>
 #include <csignal>
-#include <cstdlib>
+#include <fcntl.h>
 #include <poll.h>
 #include <pty.h>
 #include <stdexcept>
@@ -72,7 +72,7 @@ struct FPipe
 
 FProgramRun::FProgramRun(std::vector<std::string> InArguments)
 	: Arguments(std::move(InArguments))
-	, Environment({"PATH=/usr/bin:/bin", "TERM=xterm", "LANG=C.UTF-8"})
+	, Environment({"PATH=/usr/bin:/bin", "TERM=xterm", "LANG=C.UTF-8", "CORVEXA_DEMO_PAUSE_MS=0"})
 {
 	Arguments.insert(Arguments.begin(), "corvexa");
 }
