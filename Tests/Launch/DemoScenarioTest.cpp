@@ -52,43 +52,29 @@ TEST(DemoScenario, ARuleFitsOnlyWhatTheConversationReallyHolds)
 	const TSharedPtr<FDemoScenario> Scenario = Parse(TEXT(R"json({"rules":[
 		{"when":{"note":"^\\[No"},"say":"noted"},
 		{"when":{"last":"read","failed":true},"say":"failed"},
-		{"when":{"results":{"read":"b+"}},"let":{"B":{"result_of":"read","pattern":"(b+)","replace":["b","B"]
-}
-}
-, "call":
-{
-	"tool"
-		: "write"
-		, "arguments":
-	{
-		"text"
-			: "<{{B}}>"
-			, "count" : 2
-	}
-}
-},
+		{"when":{"results":{"read":"b+"}},"let":{"B":{"result_of":"read","pattern":"(b+)","replace":["b","B"]}},
+			"call":{"tool":"write","arguments":{"text":"<{{B}}>","count":2}}},
 		{"when":{"called":["read"],"times":{"read":1}},"say":"nothing"},
 		{"when":{"offered":["read"],"not_called":["read"]},"call":{"tool":"read","arguments":{}}},
-		{"when":{"not_offered":["read"]},"say":"no tool"}]
-})"));
+		{"when":{"not_offered":["read"]},"say":"no tool"}]})json"));
 	FDemoRequest Request = Ask(TEXT("go"));
-EXPECT_EQ(Scenario->Play(Request)->Text, TEXT("no tool"));
-Request.Tools.Add(TEXT("read"));
-EXPECT_EQ(Scenario->Play(Request)->Calls[0].Tool, TEXT("read"));
-Request.AddCall(TEXT("1"), TEXT("read"));
-Request.AddResult(TEXT("1"), TEXT("aaa"), false);
-EXPECT_EQ(Scenario->Play(Request)->Text, TEXT("nothing"));
-Request.AddCall(TEXT("2"), TEXT("read"));
-EXPECT_FALSE(Scenario->Play(Request).IsSet()) << "read too often for the rule";
-Request.AddResult(TEXT("2"), TEXT("abbba"), false);
-EXPECT_EQ(Scenario->Play(Request)->Calls[0].ArgumentsJson, TEXT("{\"text\":\"<Bbb>\",\"count\":2}"));
-Request.AddUserText(TEXT("[Note]"));
-EXPECT_EQ(Scenario->Play(Request)->Text, TEXT("noted"));
-Request.AddCall(TEXT("3"), TEXT("read"));
-Request.AddResult(TEXT("3"), TEXT("no such file"), true);
-EXPECT_EQ(Scenario->Play(Request)->Text, TEXT("failed"));
-Request.AddUserText(TEXT("again"));
-EXPECT_EQ(Scenario->Play(Request)->Calls[0].Tool, TEXT("read")) << "a new question begins anew";
+	EXPECT_EQ(Scenario->Play(Request)->Text, TEXT("no tool"));
+	Request.Tools.Add(TEXT("read"));
+	EXPECT_EQ(Scenario->Play(Request)->Calls[0].Tool, TEXT("read"));
+	Request.AddCall(TEXT("1"), TEXT("read"));
+	Request.AddResult(TEXT("1"), TEXT("aaa"), false);
+	EXPECT_EQ(Scenario->Play(Request)->Text, TEXT("nothing"));
+	Request.AddCall(TEXT("2"), TEXT("read"));
+	EXPECT_FALSE(Scenario->Play(Request).IsSet()) << "read too often for the rule";
+	Request.AddResult(TEXT("2"), TEXT("abbba"), false);
+	EXPECT_EQ(Scenario->Play(Request)->Calls[0].ArgumentsJson, TEXT("{\"text\":\"<Bbb>\",\"count\":2}"));
+	Request.AddUserText(TEXT("[Note]"));
+	EXPECT_EQ(Scenario->Play(Request)->Text, TEXT("noted"));
+	Request.AddCall(TEXT("3"), TEXT("read"));
+	Request.AddResult(TEXT("3"), TEXT("no such file"), true);
+	EXPECT_EQ(Scenario->Play(Request)->Text, TEXT("failed"));
+	Request.AddUserText(TEXT("again"));
+	EXPECT_EQ(Scenario->Play(Request)->Calls[0].Tool, TEXT("read")) << "a new question begins anew";
 }
 
 TEST(DemoScenario, StreamedPiecesAreTheTextAndCutNoCharacter)

@@ -23,11 +23,6 @@ FLaunchSession::FLaunchSession() = default;
 
 FLaunchSession::~FLaunchSession()
 {
-	FCVXTaskManager& Tasks = FCVXTaskManager::Get();
-	while (Tasks.GetAllTasks().Num() > 0)
-	{
-		Tasks.RemoveTask(Tasks.GetAllTasks().Last()->GetTaskId());
-	}
 	if (bModuleLoaded)
 	{
 		(void)FModuleManager::Get().UnloadModule(ModuleName);

@@ -1,5 +1,6 @@
 #include "CorvexaModule.h"
 
+#include "Agent/CVXTaskManager.h"
 #include "Core/CVXApiKeysFile.h"
 #include "Core/CVXLog.h"
 #include "Core/CVXReservedNames.h"
@@ -17,6 +18,7 @@ void FCorvexaModule::StartupModule()
 	RegisterBuiltinTools();
 	FCVXApiKeysFile::EnsureTemplate();
 	CVXReservedNames::CleanUp(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
+	FCVXTaskManager::Get().RestoreSessions();
 	CVXPerformanceCommands::Register();
 	UE_LOG(LogCorvexa, Log, TEXT("Corvexa: Startup complete"));
 }
@@ -24,6 +26,8 @@ void FCorvexaModule::StartupModule()
 void FCorvexaModule::ShutdownModule()
 {
 	UE_LOG(LogCorvexa, Log, TEXT("Corvexa: Shutting down"));
+	FCVXTaskManager::Get().SaveAllCheckpoints();
 	CVXPerformanceCommands::Unregister();
+	FCVXTaskManager::Get().ReleaseTasks();
 	FCVXToolRegistry::Get().Clear();
 }

@@ -53,6 +53,8 @@ public:
 	void RestoreSessions();
 	/** Saves every task, at the end of the process. */
 	void SaveAllCheckpoints();
+	/** Ends what runs and lets go of all tasks; what is stored of them stays, and can be restored again. */
+	void ReleaseTasks();
 
 private:
 	FCVXTaskManager() = default;
