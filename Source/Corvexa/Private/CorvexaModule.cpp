@@ -18,6 +18,7 @@ void FCorvexaModule::StartupModule()
 	RegisterBuiltinTools();
 	FCVXApiKeysFile::EnsureTemplate();
 	CVXReservedNames::CleanUp(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
+	FCVXTaskManager::Get().RestoreSessions();
 	CVXPerformanceCommands::Register();
 	UE_LOG(LogCorvexa, Log, TEXT("Corvexa: Startup complete"));
 }
@@ -26,7 +27,7 @@ void FCorvexaModule::ShutdownModule()
 {
 	UE_LOG(LogCorvexa, Log, TEXT("Corvexa: Shutting down"));
 	FCVXTaskManager::Get().SaveAllCheckpoints();
-	FCVXTaskManager::Get().ReleaseTasks();
 	CVXPerformanceCommands::Unregister();
+	FCVXTaskManager::Get().ReleaseTasks();
 	FCVXToolRegistry::Get().Clear();
 }

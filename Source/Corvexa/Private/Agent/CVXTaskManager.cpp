@@ -157,13 +157,6 @@ void FCVXTaskManager::RemoveTask(const FString& TaskId)
 	}
 }
 
-void FCVXTaskManager::ReleaseTasks()
-{
-	ActiveTask.Reset();
-	Tasks.Empty();
-	bSessionsRestored = false;
-}
-
 void FCVXTaskManager::SetActiveTask(TSharedPtr<FCVXTask> Task)
 {
 	ActiveTask = Task;

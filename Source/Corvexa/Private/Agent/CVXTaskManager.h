@@ -53,7 +53,7 @@ public:
 	void RestoreSessions();
 	/** Saves every task, at the end of the process. */
 	void SaveAllCheckpoints();
-	/** Ends and lets go of every task; what is stored of them stays. */
+	/** Ends what runs and lets go of all tasks; what is stored of them stays, and can be restored again. */
 	void ReleaseTasks();
 
 private:

@@ -175,3 +175,20 @@ void FCVXTaskManager::SaveAllCheckpoints()
 	UE_LOG(LogCVXTaskManager, Log, TEXT("Shutdown: saved checkpoints for %d task(s), delegation history for %d"), Saved,
 		SavedDelegations);
 }
+
+void FCVXTaskManager::ReleaseTasks()
+{
+	const TArray<TSharedPtr<FCVXTask>> Released = MoveTemp(Tasks);
+	Tasks.Empty();
+	ActiveTask.Reset();
+	bSessionsRestored = false;
+	for (const TSharedPtr<FCVXTask>& Task : Released)
+	{
+		if (Task->GetAgentLoop()->IsBusy())
+		{
+			Task->GetAgentLoop()->Cancel();
+		}
+	}
+	// The end of a sub-agent has given the stage back to its parent.
+	ActiveTask.Reset();
+}
