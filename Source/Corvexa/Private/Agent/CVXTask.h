@@ -29,6 +29,10 @@ public:
 	/** UTC. */
 	FDateTime GetCreatedAt() const { return CreatedAt; }
 	void SetCreatedAt(FDateTime Time) { CreatedAt = Time; }
+	/** Notes that what is stored of the task is what it holds now. */
+	void NoteRestored() { RestoredMessageCount = AgentLoop->GetContextManager().GetHistory().Num(); }
+	/** Whether it has spoken since it was restored. */
+	bool HasNews() const { return AgentLoop->GetContextManager().GetHistory().Num() != RestoredMessageCount; }
 	FCVXTodoList& GetTodoList() { return TodoList; }
 	const FCVXTodoList& GetTodoList() const { return TodoList; }
 	FCVXAgentLoop* GetAgentLoop() const { return AgentLoop.Get(); }
@@ -41,5 +45,6 @@ private:
 	FString AgentProfileName;
 	FDateTime CreatedAt;
 	FString CompletionMessage;
+	int32 RestoredMessageCount = 0;
 	TSharedPtr<FCVXAgentLoop> AgentLoop;
 };

@@ -94,6 +94,7 @@ bool FCVXTaskManager::RestoreTask(const FString& TaskId, const TArray<FString>& 
 		Loop.SetAgentProfile(*Own);
 	}
 	Loop.SubAgentDepth = Task->NestingDepth;
+	Task->NoteRestored();
 	BindTask(Task);
 	Tasks.Add(Task);
 	UE_LOG(LogCVXTaskManager, Log, TEXT("Restored session '%s' (%s)"), *Task->GetTitle(), *TaskId);
@@ -164,7 +165,8 @@ void FCVXTaskManager::SaveAllCheckpoints()
 	for (const TSharedPtr<FCVXTask>& Task : Tasks)
 	{
 		const FCVXAgentLoop* Loop = Task->GetAgentLoop();
-		if (Loop && !Loop->GetContextManager().GetHistory().IsEmpty())
+		// What was only restored may meanwhile have gone on in another program.
+		if (Loop && !Loop->GetContextManager().GetHistory().IsEmpty() && Task->HasNews())
 		{
 			FCVXCheckpointManager::Get().SaveCheckpointDirect(*Task, MaxCheckpoints, bCompress);
 			++Saved;

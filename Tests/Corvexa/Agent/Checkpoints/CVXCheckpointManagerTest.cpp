@@ -221,6 +221,9 @@ TEST_F(CVXCheckpointManagerTest, TheNextStartBringsTheNewestReadableConversation
 	Manager.RestoreSessions();
 	EXPECT_EQ(Manager.GetAllTasks().Num(), 1);
 	Manager.SaveAllCheckpoints();
+	EXPECT_EQ(List().Num(), 3) << "it has not spoken since";
+	Back->GetAgentLoop()->GetContextManager().AddMessage(FCVXMessage::MakeUserText(TEXT("Go on")));
+	Manager.SaveAllCheckpoints();
 	EXPECT_EQ(List().Num(), 4);
 	Manager.RemoveTask(Task->GetTaskId());
 	EXPECT_FALSE(IFileManager::Get().DirectoryExists(*FPaths::GetPath(PathOf(TEXT("x")))));
