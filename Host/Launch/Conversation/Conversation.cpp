@@ -1,29 +1,17 @@
 #include "Launch/Conversation/Conversation.h"
 
-#include "Algo/AnyOf.h"
+#include "Agent/CVXTaskManager.h"
 #include "HAL/PlatformTime.h"
 #include "Launch/Conversation/ApprovalAnswer.h"
-#include "Launch/View/ShownTexts.h"
-#include "Tools/CVXToolRegistry.h"
 
 namespace
 {
-/** These show themselves: as the result, the questions, the plan. */
-bool HasOwnDisplay(const FString& ToolName)
+void Add(FCVXTokenUsage& Sum, const FCVXTokenUsage& Usage, int32 Sign)
 {
-	static constexpr const TCHAR* Names[] = {
-		TEXT("attempt_completion"), TEXT("ask_followup_question"), TEXT("update_todo_list")};
-	return Algo::AnyOf(Names, [&](const TCHAR* Name) { return ToolName == Name; });
-}
-
-FCVXTokenUsage Since(const FCVXTokenUsage& Before, const FCVXTokenUsage& Now)
-{
-	FCVXTokenUsage Difference;
-	Difference.InputTokens = Now.InputTokens - Before.InputTokens;
-	Difference.OutputTokens = Now.OutputTokens - Before.OutputTokens;
-	Difference.CacheRead = Now.CacheRead - Before.CacheRead;
-	Difference.CacheWrite = Now.CacheWrite - Before.CacheWrite;
-	return Difference;
+	Sum.InputTokens += Sign * Usage.InputTokens;
+	Sum.OutputTokens += Sign * Usage.OutputTokens;
+	Sum.CacheRead += Sign * Usage.CacheRead;
+	Sum.CacheWrite += Sign * Usage.CacheWrite;
 }
 
 /** A number stands for the option that it names; all else for itself. */
@@ -35,61 +23,51 @@ FString ToSelection(const FCVXClarificationQuestion& Question, const FString& Li
 }
 } // namespace
 
-FConversation::FConversation(TSharedRef<FCVXTask> InTask, IConversationView& InView, bool bInAsk)
-	: Task(MoveTemp(InTask))
-	, View(InView)
+FConversation::FConversation(const TSharedRef<FCVXTask>& Task, IConversationView& InView, bool bInAsk)
+	: View(InView)
 	, bAsk(bInAsk)
 {
-	BindLoop();
+	Watches.Add(MakeUnique<FTaskWatch>(Task, View, *this));
+	Speaker = Watches[0].Get();
+	FCVXTaskManager::Get().OnTaskCreated.AddLambda(
+		[this, Alive = Alive](const TSharedPtr<FCVXTask>& Created)
+		{
+			if (*Alive)
+			{
+				AddSubTask(Created);
+			}
+		});
 }
 
 FConversation::~FConversation()
 {
 	*Alive = false;
 	Outcome = EOutcome::None;
-	if (GetLoop().IsBusy())
-	{
-		GetLoop().Interrupt();
-	}
+	StopLoops();
 }
 
-void FConversation::BindLoop()
+void FConversation::AddSubTask(const TSharedPtr<FCVXTask>& Task)
 {
-	// The loop outlives this, and may be told things afterwards.
-	const auto Guarded = [this](auto Call)
+	const bool bOurs = Task && Task->bIsSubTask &&
+		Watches.ContainsByPredicate(
+			[&](const TUniquePtr<FTaskWatch>& Each) { return Each->GetTask().GetTaskId() == Task->ParentTaskId; });
+	if (bOurs && IsRunning())
 	{
-		return [this, Alive = Alive, Call](const auto&... Arguments)
-		{
-			if (*Alive)
-			{
-				Call(Arguments...);
-			}
-		};
-	};
-	FCVXAgentLoop& Loop = GetLoop();
-	Loop.OnTextDelta.AddLambda(Guarded([this](const FString& Text) { View.ShowText(Text); }));
-	Loop.OnReasoningDelta.AddLambda(Guarded([this](const FString& Text) { View.ShowReasoning(Text); }));
-	Loop.OnMessageComplete.AddLambda(Guarded([this](const FCVXMessage& Message) { OnMessage(Message); }));
-	Loop.OnStateChanged.AddLambda(Guarded([this](ECVXTaskState State) { OnState(State); }));
-	Loop.OnError.AddLambda(Guarded([this](const FString& Error) { OnError(Error); }));
-	Loop.OnComplete.AddLambda(Guarded([this](const FString& Result) { OnComplete(Result); }));
-	Loop.OnApprovalNeeded.AddLambda(
-		Guarded([this](const FString& Id, const FCVXApprovalRequest& Request) { OnApproval(Id, Request); }));
-	Loop.OnClarificationNeeded.AddLambda(
-		Guarded([this](const FString&, const FCVXClarificationRequest& Request) { OnClarification(Request); }));
-	Task->GetTodoList().OnChanged.AddLambda(Guarded([this]() { View.ShowTodoList(Task->GetTodoList().GetItems()); }));
+		Watches.Add(MakeUnique<FTaskWatch>(Task.ToSharedRef(), View, *this));
+	}
 }
 
 void FConversation::Submit(const FString& Text)
 {
 	check(!IsRunning());
 	Outcome = EOutcome::Running;
-	Calls.Empty();
-	UsageBefore = GetLoop().GetTotalUsage();
+	// Sub-agents belong to a run.
+	Watches.SetNum(1);
+	Speaker = Watches[0].Get();
+	UsageBefore = SumUsage();
 	StartTime = FPlatformTime::Seconds();
-	StateTime = StartTime;
-	Questions = FCVXClarificationRequest();
-	GetLoop().SubmitUserMessage(Text);
+	Watches[0]->BeginRun();
+	Watches[0]->GetLoop().SubmitUserMessage(Text);
 }
 
 void FConversation::Interrupt()
@@ -98,125 +76,95 @@ void FConversation::Interrupt()
 	{
 		// Ended first, so that the loop's way to rest isn't taken for a question.
 		Finish(EOutcome::Interrupted);
-		GetLoop().Interrupt();
+		StopLoops();
 	}
 }
 
-void FConversation::OnState(ECVXTaskState State)
+void FConversation::StopLoops()
 {
-	const double Now = FPlatformTime::Seconds();
-	if (LastState == ECVXTaskState::ExecutingTool)
+	// The parent first: it then waits for nobody.
+	for (const TUniquePtr<FTaskWatch>& Watch : Watches)
 	{
-		ToolSeconds += Now - StateTime;
+		if (Watch->GetLoop().IsBusy() || Watch->GetLoop().GetRetryTime() > 0.0 ||
+			Watch->GetLoop().GetState() == ECVXTaskState::WaitingClarification)
+		{
+			Watch->GetLoop().Interrupt();
+		}
 	}
+}
+
+void FConversation::OnTaskSpeaks(FTaskWatch& Watch)
+{
+	if (Speaker != &Watch)
+	{
+		Speaker = &Watch;
+		View.ShowSpeaker(Watch.GetTask().GetAgentProfileName(), Watch.GetTask().NestingDepth);
+	}
+}
+
+void FConversation::OnTaskState(FTaskWatch& Watch, ECVXTaskState State)
+{
 	if (State != ECVXTaskState::WaitingApproval)
 	{
-		Approvals.Empty();
+		Approvals.RemoveAll([&](const FApproval& Each) { return Each.Watch == &Watch; });
 	}
-	LastState = State;
-	StateTime = Now;
-	View.ShowState(State);
-	if (State == ECVXTaskState::Streaming)
+	if (!IsRunning())
 	{
-		NoteRefusedCompletion();
+		return;
 	}
-	if (State == ECVXTaskState::Cancelled && IsRunning())
+	OnTaskSpeaks(Watch);
+	View.ShowState(State);
+	if (IsMain(Watch) && State == ECVXTaskState::Cancelled)
 	{
 		View.ShowError(TEXT("The connection to the model failed too often; the log tells more."));
 		Finish(EOutcome::Failed);
 	}
 }
 
-void FConversation::NoteRefusedCompletion()
-{
-	if (Calls.ContainsByPredicate([](const FShownCall& Call) { return Call.Name == TEXT("attempt_completion"); }))
-	{
-		View.ShowNotice(TEXT("The result isn't accepted yet; the agent goes on."));
-	}
-}
-
-void FConversation::OnMessage(const FCVXMessage& Message)
-{
-	if (Message.Role == ECVXMessageRole::Assistant)
-	{
-		ShowCalls(Message);
-	}
-	else if (Message.Role == ECVXMessageRole::Tool)
-	{
-		ShowResults(Message);
-	}
-}
-
-void FConversation::ShowCalls(const FCVXMessage& Message)
-{
-	Calls.Empty();
-	ToolSeconds = 0.0;
-	for (const FCVXContentBlock& Block : Message.Content)
-	{
-		if (Block.Type != TEXT("tool_use"))
-		{
-			continue;
-		}
-		const FString Label = FCVXToolRegistry::Get().GetToolDisplayLabel(Block.ToolName, Block.InputJson);
-		const FShownCall& Call = Calls.Add_GetRef({Block.ToolUseId, Block.ToolName, Label, Block.InputJson});
-		if (!HasOwnDisplay(Call.Name))
-		{
-			View.ShowCall(Call);
-		}
-	}
-}
-
-void FConversation::ShowResults(const FCVXMessage& Message)
-{
-	const double Seconds =
-		ToolSeconds + (LastState == ECVXTaskState::ExecutingTool ? FPlatformTime::Seconds() - StateTime : 0.0);
-	for (const FCVXContentBlock& Block : Message.Content)
-	{
-		const FShownCall Call = FindCall(Block.ToolUseId);
-		if (Block.Type == TEXT("tool_result") && (Block.bIsError || !HasOwnDisplay(Call.Name)))
-		{
-			View.ShowOutcome({Call, Block.ToolResultContent, Block.bIsError, Calls.Num() == 1 ? Seconds : -1.0});
-		}
-	}
-}
-
-FShownCall FConversation::FindCall(const FString& ToolUseId) const
-{
-	const FShownCall* Call = Calls.FindByPredicate([&](const FShownCall& Each) { return Each.Id == ToolUseId; });
-	return Call ? *Call : FShownCall{ToolUseId, {}, {}, {}};
-}
-
 // ---------------------------------------------------------------------------------------------------------------------
-// What the agent asks for.
+// What the agents ask for.
 
-void FConversation::OnApproval(const FString& ToolUseId, const FCVXApprovalRequest& Request)
+void FConversation::OnTaskApproval(FTaskWatch& Watch, const FString& ToolUseId, const FCVXApprovalRequest& Request)
 {
-	Approvals.Add({ToolUseId, Request});
 	if (!bAsk)
 	{
-		View.ShowApproval(FindCall(ToolUseId), Request, false);
+		View.ShowApproval(Watch.FindCall(ToolUseId), Request, false);
 		StopForPerson(FString::Printf(TEXT("approval of %s: %s"), *Request.ToolName, *Request.Description));
 		return;
 	}
-	if (Approvals.Num() == 1)
+	const bool bFirst = !IsAsking();
+	Approvals.Add({&Watch, ToolUseId, Request});
+	if (bFirst)
 	{
-		AskNextApproval();
+		AskNext();
 	}
 }
 
-void FConversation::AskNextApproval()
+void FConversation::OnTaskQuestions(FTaskWatch& Watch, const FCVXClarificationRequest& Request)
 {
-	View.ShowApproval(FindCall(Approvals[0].ToolUseId), Approvals[0].Request, true);
-}
-
-void FConversation::OnClarification(const FCVXClarificationRequest& Request)
-{
-	Questions = Request;
-	Answers.Empty();
-	View.ShowQuestion(Questions, 0, bAsk);
 	if (!bAsk)
 	{
+		View.ShowQuestion(Request, 0, false);
 		StopForPerson(FString::Printf(TEXT("an answer to: %s"), *Request.Questions[0].Question));
+		return;
+	}
+	const bool bFirst = !IsAsking();
+	Questions.Add({&Watch, Request});
+	if (bFirst)
+	{
+		AskNext();
+	}
+}
+
+void FConversation::AskNext()
+{
+	if (!Approvals.IsEmpty())
+	{
+		View.ShowApproval(Approvals[0].Watch->FindCall(Approvals[0].ToolUseId), Approvals[0].Request, true);
+	}
+	else if (!Questions.IsEmpty())
+	{
+		View.ShowQuestion(Questions[0].Request, Answers.Num(), true);
 	}
 }
 
@@ -226,7 +174,7 @@ void FConversation::Answer(const FString& Line)
 	{
 		AnswerApproval(Line);
 	}
-	else if (Questions.Questions.Num() > 0)
+	else if (!Questions.IsEmpty())
 	{
 		AnswerQuestion(Line);
 	}
@@ -245,12 +193,14 @@ void FConversation::AnswerApproval(const FString& Line)
 		View.ShowHint(TEXT("Please type y, n, a or v: "));
 		return;
 	}
-	const FString ToolUseId = Approvals[0].ToolUseId;
+	const FApproval Decided = Approvals[0];
+	const int32 Waiting = Approvals.Num();
 	Approvals.RemoveAt(0);
-	GetLoop().ResolveApproval(ToolUseId, Typed.Decision, Typed.bRemember);
-	if (!Approvals.IsEmpty())
+	Decided.Watch->GetLoop().ResolveApproval(Decided.ToolUseId, Typed.Decision, Typed.bRemember);
+	// Otherwise the run has moved on, and has asked for what it needs by itself.
+	if (Waiting > 1 && Approvals.Num() == Waiting - 1)
 	{
-		AskNextApproval();
+		AskNext();
 	}
 }
 
@@ -261,34 +211,39 @@ void FConversation::AnswerQuestion(const FString& Line)
 		View.ShowHint(TEXT("Please type an answer: "));
 		return;
 	}
-	Answers.Add(ToSelection(Questions.Questions[Answers.Num()], Line));
-	if (Answers.Num() < Questions.Questions.Num())
+	const FQuestions Asked = Questions[0];
+	Answers.Add(ToSelection(Asked.Request.Questions[Answers.Num()], Line));
+	if (Answers.Num() < Asked.Request.Questions.Num())
 	{
-		View.ShowQuestion(Questions, Answers.Num(), true);
+		AskNext();
 		return;
 	}
-	const FString ToolUseId = Questions.ToolUseId;
-	Questions = FCVXClarificationRequest();
-	GetLoop().ResolveClarification(ToolUseId, Answers);
+	const TArray<FString> Given = MoveTemp(Answers);
+	Answers.Empty();
+	Questions.RemoveAt(0);
+	Asked.Watch->GetLoop().ResolveClarification(Asked.Request.ToolUseId, Given);
 }
 
 // ---------------------------------------------------------------------------------------------------------------------
 // The end of a run.
 
-void FConversation::OnComplete(const FString& Result)
+void FConversation::OnTaskComplete(FTaskWatch& Watch, const FString& Result)
 {
-	if (IsRunning())
+	if (IsRunning() && IsMain(Watch))
 	{
 		View.ShowResult(Result);
 		Finish(EOutcome::Complete);
 	}
 }
 
-void FConversation::OnError(const FString& Error)
+void FConversation::OnTaskError(FTaskWatch& Watch, const FString& Error)
 {
 	if (IsRunning())
 	{
 		View.ShowError(Error);
+	}
+	if (IsRunning() && IsMain(Watch))
+	{
 		Finish(EOutcome::Failed);
 	}
 }
@@ -306,25 +261,43 @@ void FConversation::Finish(EOutcome NewOutcome)
 {
 	Outcome = NewOutcome;
 	Approvals.Empty();
-	Questions = FCVXClarificationRequest();
-	View.ShowUsage({Since(UsageBefore, GetLoop().GetTotalUsage()), FPlatformTime::Seconds() - StartTime});
+	Questions.Empty();
+	Answers.Empty();
+	FCVXTokenUsage Used = SumUsage();
+	Add(Used, UsageBefore, -1);
+	View.ShowUsage({Used, FPlatformTime::Seconds() - StartTime});
+}
+
+FCVXTokenUsage FConversation::SumUsage() const
+{
+	FCVXTokenUsage Sum;
+	for (const TUniquePtr<FTaskWatch>& Watch : Watches)
+	{
+		Add(Sum, Watch->GetLoop().GetTotalUsage(), 1);
+	}
+	return Sum;
+}
+
+FTaskWatch& FConversation::GetWorking() const
+{
+	for (int32 Index = Watches.Num() - 1; Index > 0; --Index)
+	{
+		if (Watches[Index]->GetLoop().IsBusy() || Watches[Index]->GetLoop().GetRetryTime() > 0.0)
+		{
+			return *Watches[Index];
+		}
+	}
+	return *Watches[0];
 }
 
 void FConversation::Tick()
 {
-	if (!IsRunning())
+	if (!IsRunning() || TickRetry())
 	{
 		return;
 	}
-	const double Now = FPlatformTime::Seconds();
-	const double RetryTime = GetLoop().GetRetryTime();
-	if (RetryTime > 0.0 || bRetrying)
-	{
-		bRetrying = RetryTime > 0.0;
-		View.ShowRetry(bRetrying ? FMath::Max(RetryTime - Now, 0.001) : 0.0);
-		return;
-	}
-	if (GetLoop().GetState() == ECVXTaskState::Idle)
+	const FTaskWatch& Working = GetWorking();
+	if (Working.GetLoop().GetState() == ECVXTaskState::Idle)
 	{
 		if (!bAsk)
 		{
@@ -335,16 +308,18 @@ void FConversation::Tick()
 	}
 	if (!IsAsking())
 	{
-		View.ShowActivity(DescribeActivity(), Now - StateTime);
+		View.ShowActivity(Working.DescribeActivity(), FPlatformTime::Seconds() - Working.GetStateTime());
 	}
 }
 
-FString FConversation::DescribeActivity() const
+bool FConversation::TickRetry()
 {
-	if (GetLoop().GetState() != ECVXTaskState::ExecutingTool || Calls.IsEmpty())
+	const double RetryTime = GetWorking().GetLoop().GetRetryTime();
+	if (RetryTime <= 0.0 && !bRetrying)
 	{
-		return ShownTexts::DescribeState(GetLoop().GetState());
+		return false;
 	}
-	const FString More = Calls.Num() > 1 ? FString::Printf(TEXT(" and %d more"), Calls.Num() - 1) : FString();
-	return Calls[0].Label + More;
+	bRetrying = RetryTime > 0.0;
+	View.ShowRetry(bRetrying ? FMath::Max(RetryTime - FPlatformTime::Seconds(), 0.001) : 0.0);
+	return bRetrying;
 }

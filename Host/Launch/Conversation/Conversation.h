@@ -1,13 +1,13 @@
 #pragma once
 
-#include "Agent/CVXTask.h"
-#include "Launch/View/ConversationView.h"
+#include "Launch/Conversation/TaskWatch.h"
+#include "Templates/UniquePtr.h"
 
 /**
- * One conversation between a person, or a script, and an agent: shows what the agent does, and hands back what it asks
- * for. Game thread.
+ * One conversation between a person, or a script, and an agent: shows what the agent and its sub-agents do, and hands
+ * back what they ask for. Game thread.
  */
-class FConversation
+class FConversation final : private ITaskListener
 {
 public:
 	/** How the last message of the user stands. */
@@ -23,8 +23,8 @@ public:
 	};
 
 	/** @param InView must outlive the conversation. @param bInAsk whether somebody is there to decide and to answer. */
-	FConversation(TSharedRef<FCVXTask> InTask, IConversationView& InView, bool bInAsk);
-	~FConversation();
+	FConversation(const TSharedRef<FCVXTask>& Task, IConversationView& InView, bool bInAsk);
+	~FConversation() override;
 	FConversation(const FConversation&) = delete;
 	FConversation& operator=(const FConversation&) = delete;
 
@@ -33,7 +33,7 @@ public:
 	/** Ends the run; the next message goes on with the conversation. Does nothing without a run. */
 	void Interrupt();
 	/** Whether a decision or an answer is asked for. */
-	bool IsAsking() const { return !Approvals.IsEmpty() || Questions.Questions.Num() > 0; }
+	bool IsAsking() const { return !Approvals.IsEmpty() || !Questions.IsEmpty(); }
 	/** Takes the answer to what is asked for. */
 	void Answer(const FString& Line);
 	/** Some times a second: shows how time passes, and notices a run that has come to rest. */
@@ -45,49 +45,52 @@ public:
 private:
 	struct FApproval
 	{
+		FTaskWatch* Watch;
 		FString ToolUseId;
 		FCVXApprovalRequest Request;
 	};
+	struct FQuestions
+	{
+		FTaskWatch* Watch;
+		FCVXClarificationRequest Request;
+	};
 
-	void BindLoop();
-	void OnMessage(const FCVXMessage& Message);
-	void OnState(ECVXTaskState State);
-	/** Says that a completion didn't end the run. */
-	void NoteRefusedCompletion();
-	void OnApproval(const FString& ToolUseId, const FCVXApprovalRequest& Request);
-	void OnClarification(const FCVXClarificationRequest& Request);
-	void OnComplete(const FString& Result);
-	void OnError(const FString& Error);
-	void ShowCalls(const FCVXMessage& Message);
-	void ShowResults(const FCVXMessage& Message);
+	void OnTaskState(FTaskWatch& Watch, ECVXTaskState State) override;
+	void OnTaskApproval(FTaskWatch& Watch, const FString& ToolUseId, const FCVXApprovalRequest& Request) override;
+	void OnTaskQuestions(FTaskWatch& Watch, const FCVXClarificationRequest& Request) override;
+	void OnTaskComplete(FTaskWatch& Watch, const FString& Result) override;
+	void OnTaskError(FTaskWatch& Watch, const FString& Error) override;
+	void OnTaskSpeaks(FTaskWatch& Watch) override;
+
+	void AddSubTask(const TSharedPtr<FCVXTask>& Task);
 	void AnswerApproval(const FString& Line);
 	void AnswerQuestion(const FString& Line);
-	void AskNextApproval();
+	/** Asks about the first of what waits. */
+	void AskNext();
+	bool TickRetry();
 	/** Ends the run with what it took. Later events of it change nothing. */
 	void Finish(EOutcome NewOutcome);
 	void StopForPerson(const FString& WaitedFor);
-	FShownCall FindCall(const FString& ToolUseId) const;
-	FString DescribeActivity() const;
-	FCVXAgentLoop& GetLoop() const { return *Task->GetAgentLoop(); }
+	void StopLoops();
+	FCVXTokenUsage SumUsage() const;
+	bool IsMain(const FTaskWatch& Watch) const { return &Watch == Watches[0].Get(); }
+	/** The task that works now: the last that was begun and isn't at rest. */
+	FTaskWatch& GetWorking() const;
 
-	TSharedRef<FCVXTask> Task;
 	IConversationView& View;
 	const bool bAsk;
 	EOutcome Outcome = EOutcome::None;
-	/** The calls of the present turn. */
-	TArray<FShownCall> Calls;
-	/** Those that wait for a decision; the first is asked about. */
+	/** The conversation's own task, and those of its sub-agents in the order in which they began. */
+	TArray<TUniquePtr<FTaskWatch>> Watches;
+	const FTaskWatch* Speaker = nullptr;
+	/** What waits, oldest first. Approvals are asked about ahead of questions. */
 	TArray<FApproval> Approvals;
-	/** The questions that are open, and the answers so far. */
-	FCVXClarificationRequest Questions;
+	TArray<FQuestions> Questions;
+	/** Those given to the first of the questions. */
 	TArray<FString> Answers;
 	FCVXTokenUsage UsageBefore;
 	double StartTime = 0.0;
-	double StateTime = 0.0;
-	/** Seconds that tools have run in this turn, without the waits for a person. */
-	double ToolSeconds = 0.0;
-	ECVXTaskState LastState = ECVXTaskState::Idle;
 	bool bRetrying = false;
-	/** Listeners are told apart from those of an earlier conversation by it. */
+	/** False once this is gone. */
 	TSharedRef<bool> Alive = MakeShared<bool>(true);
 };

@@ -41,6 +41,8 @@ public:
 
 	/** Something that the program itself has to say. */
 	virtual void ShowNotice(const FString& Text) = 0;
+	/** Another agent speaks from here on. @param Depth 0 for the conversation's own, greater for a sub-agent. */
+	virtual void ShowSpeaker(const FString& Agent, int32 Depth) = 0;
 	virtual void ShowText(const FString& Delta) = 0;
 	virtual void ShowReasoning(const FString& Delta) = 0;
 	virtual void ShowState(ECVXTaskState State) = 0;

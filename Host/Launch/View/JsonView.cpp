@@ -72,6 +72,14 @@ void FJsonView::ShowNotice(const FString& Text)
 	EmitText(TEXT("notice"), Text);
 }
 
+void FJsonView::ShowSpeaker(const FString& Agent, int32 Depth)
+{
+	FJsonObject Event = MakeEvent(TEXT("agent"));
+	Event.SetStringField(TEXT("name"), Agent);
+	Event.SetNumberField(TEXT("depth"), Depth);
+	Emit(Event);
+}
+
 void FJsonView::ShowText(const FString& Delta)
 {
 	EmitText(TEXT("text"), Delta);

@@ -13,6 +13,7 @@ public:
 	explicit FJsonView(TFunction<void(const FString&)> InSink);
 
 	void ShowNotice(const FString& Text) override;
+	void ShowSpeaker(const FString& Agent, int32 Depth) override;
 	void ShowText(const FString& Delta) override;
 	void ShowReasoning(const FString& Delta) override;
 	void ShowState(ECVXTaskState State) override;

@@ -7,6 +7,9 @@ namespace
 {
 /** Of a page of a change, besides the change itself. */
 constexpr int32 LinesAroundPage = 6;
+/** What a sub-agent shows is indented so far for each level. */
+constexpr int32 IndentChars = 2;
+constexpr int32 MaxDepth = 8;
 
 ETerminalLook LookOfDiffLine(const FString& Line)
 {
@@ -61,23 +64,31 @@ void FTerminalView::WriteError(const FString& Text)
 
 void FTerminalView::WriteLine(const FString& Text, ETerminalLook Look)
 {
-	Out.WriteLine(Text, Look);
+	Out.WriteLine(Indent + Text.Replace(TEXT("\n"), *(TEXT("\n") + Indent)), Look);
 	Streamed = EStream::None;
 }
 
 void FTerminalView::Stream(EStream Kind, const FString& Delta, ETerminalLook Look)
 {
+	FString Text = MakeSafeText(Delta);
 	if (Streamed != Kind)
 	{
 		Out.EndLine();
+		Text = Indent + Text;
 	}
 	Streamed = Kind;
-	Out.Write(MakeSafeText(Delta), Look);
+	Out.Write(Indent.IsEmpty() ? Text : Text.Replace(TEXT("\n"), *(TEXT("\n") + Indent)), Look);
 }
 
 void FTerminalView::ShowNotice(const FString& Text)
 {
 	WriteLine(MakeSafeText(Text), ETerminalLook::Dim);
+}
+
+void FTerminalView::ShowSpeaker(const FString& Agent, int32 Depth)
+{
+	Indent = FString::ChrN(FMath::Min(Depth, MaxDepth) * IndentChars, TEXT(' '));
+	WriteLine(TEXT("[") + MakeSafeText(Agent) + TEXT("]"), ETerminalLook::Bold);
 }
 
 void FTerminalView::ShowText(const FString& Delta)
@@ -241,6 +252,7 @@ void FTerminalView::ShowActivity(const FString& What, double Seconds)
 
 void FTerminalView::ShowPrompt()
 {
+	Indent.Empty();
 	Out.EndLine();
 	Out.Write(TEXT("\n> "), ETerminalLook::Bold);
 	Streamed = EStream::None;

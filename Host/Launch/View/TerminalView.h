@@ -11,6 +11,7 @@ public:
 	FTerminalView(FTerminalOut& InOut, FTerminalOut& InErrors);
 
 	void ShowNotice(const FString& Text) override;
+	void ShowSpeaker(const FString& Agent, int32 Depth) override;
 	void ShowText(const FString& Delta) override;
 	void ShowReasoning(const FString& Delta) override;
 	void ShowState(ECVXTaskState State) override;
@@ -46,6 +47,8 @@ private:
 
 	FTerminalOut& Out;
 	FTerminalOut& Errors;
+	/** What each line of the present speaker begins with. */
+	FString Indent;
 	EStream Streamed = EStream::None;
 	/** Of the change that is asked about: its lines, and the first that hasn't been shown. */
 	TArray<FString> DiffLines;
