@@ -7,7 +7,7 @@
  * One conversation between a person, or a script, and an agent: shows what the agent and its sub-agents do, and hands
  * back what they ask for. Game thread.
  */
-class FConversation final : private ITaskListener
+class FConversation final : public ITaskListener
 {
 public:
 	/** How the last message of the user stands. */
