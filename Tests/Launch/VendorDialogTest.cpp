@@ -114,8 +114,8 @@ TEST(VendorDialog, ARefusedRequestIsTriedAgainAndThePlanIsShownAsItChanges)
 TEST(VendorDialog, ASubAgentsWorkIsShownUnderItsNameAndItsCallsAreAskedAbout)
 {
 	FVendor Vendor;
-	Vendor.Server.Enqueue(Answer(Call(
-		"delegate_to_agent", R"({\"agent_profile\":\"Coder\",\"task\":\"Write the notes file\",\"context\":\"none\"})")));
+	Vendor.Server.Enqueue(Answer(Call("delegate_to_agent",
+		R"({\"agent_profile\":\"Coder\",\"task\":\"Write the notes file\",\"context\":\"none\"})")));
 	Vendor.Server.Enqueue(
 		Answer(Text("I write it.") + Call("write_file", R"({\"path\":\"Source/Notes.txt\",\"content\":\"hello\"})")));
 	Vendor.Server.Enqueue(Answer(Complete()));
