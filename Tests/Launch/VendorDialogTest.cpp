@@ -110,3 +110,21 @@ TEST(VendorDialog, ARefusedRequestIsTriedAgainAndThePlanIsShownAsItChanges)
 	EXPECT_FALSE(Contains(Result.Output, "\x1b"));
 	EXPECT_EQ(Vendor.Server.RequestCount(), 3U);
 }
+
+TEST(VendorDialog, ASubAgentsWorkIsShownUnderItsNameAndItsCallsAreAskedAbout)
+{
+	FVendor Vendor;
+	Vendor.Server.Enqueue(Answer(Call("delegate_to_agent",
+		R"({\"agent_profile\":\"Coder\",\"task\":\"Write the notes file\",\"context\":\"none\"})")));
+	Vendor.Server.Enqueue(
+		Answer(Text("I write it.") + Call("write_file", R"({\"path\":\"Source/Notes.txt\",\"content\":\"hello\"})")));
+	Vendor.Server.Enqueue(Answer(Complete()));
+	Vendor.Server.Enqueue(Answer(Complete()));
+	const FProgramResult Result = Vendor.Start("chat").Run("go\ny\ny\n/exit\n");
+	EXPECT_EQ(Result.Status, 0) << Result.Errors << Result.Output;
+	EXPECT_TRUE(Contains(Result.Output, "  [Coder]\n")) << Result.Output;
+	EXPECT_TRUE(Contains(Result.Output, "  I write it.\n")) << Result.Output;
+	EXPECT_TRUE(Contains(Result.Output, "  Approval needed: Write File: Source/Notes.txt\n")) << Result.Output;
+	EXPECT_TRUE(Contains(Result.Output, "\n[Orchestrator]\n")) << Result.Output;
+	EXPECT_EQ(Vendor.Project.Read("Source/Notes.txt"), "hello");
+}
