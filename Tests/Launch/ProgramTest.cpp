@@ -187,3 +187,56 @@ TEST(Program, AChatWhoseInputEndsAheadOfAnAnswerNeedsAPerson)
 	EXPECT_EQ(Result.Status, 3) << Result.Output;
 	EXPECT_TRUE(Holds(Sample.Weapon(), Fault));
 }
+
+TEST(Program, TheDemoModelKeepsAPlanAsksAndIsHeldToItsEnd)
+{
+	const FSample Sample;
+	const FProgramResult Result = Sample.Run("chat", {"--agent", "Coder", "--approve", "all"})
+									  .Run("Make the magazine of the pistol larger\n2\n/exit\n");
+	EXPECT_EQ(Result.Status, 0) << Result.Errors;
+	EXPECT_TRUE(Holds(Result.Output, "  [>] Read the weapon table\n"));
+	EXPECT_TRUE(Holds(Result.Output, "  2. 18 - "));
+	EXPECT_TRUE(Holds(Result.Output, "The result isn't accepted yet"));
+	EXPECT_TRUE(Holds(Result.Output, "  [x] Change the pistol's row\n"));
+	EXPECT_TRUE(Holds(Sample.Project.Read("Content/Data/Weapons.csv"), "Pistol,24,3,18,60"));
+
+	// The conversation is there for the next start, which doesn't save it anew.
+	for (int Start = 0; Start < 2; ++Start)
+	{
+		const FProgramResult Tasks = Sample.Run("tasks", {}).Run();
+		EXPECT_EQ(Tasks.Status, 0) << Tasks.Errors;
+		EXPECT_TRUE(Holds(Tasks.Output, "complete"));
+		EXPECT_TRUE(Holds(Tasks.Output, "Coder"));
+	}
+	const FProgramResult Json = Sample.Run("tasks", {"--json"}).Run();
+	EXPECT_TRUE(Holds(Json.Output, "\"state\":\"complete\""));
+}
+
+TEST(Program, OneToolRunsAsTheModelWouldRunIt)
+{
+	const FSample Sample;
+	const FProgramResult List = Sample.Run("tools", {"--agent", "Architect"}).Run();
+	EXPECT_EQ(List.Status, 0) << List.Errors;
+	EXPECT_TRUE(Holds(List.Output, "read_file"));
+	EXPECT_EQ(List.Output.find("write_file"), std::string::npos) << "this agent only reads";
+	EXPECT_TRUE(Holds(Sample.Run("tools", {"--json"}).Run().Output, "\"input_schema\":{\"type\":\"object\""));
+
+	const auto Call = [&](const std::string& Name, const std::string& Arguments, std::vector<std::string> More = {})
+	{
+		More.insert(More.begin(), {Name, Arguments, "--agent", "Coder"});
+		return Sample.Run("tool", std::move(More)).Run("{\"path\":\"Config\"}");
+	};
+	EXPECT_TRUE(Holds(Call("read_file", "{\"path\":\"Content/Data/Weapons.csv\"}").Output, "Pistol,24,3,12"));
+	EXPECT_TRUE(Holds(Call("list_files", "-").Output, "DefaultGame.ini"));
+	EXPECT_EQ(Call("read_file", "not json").Status, 1);
+	const std::string Write = "{\"path\":\"Content/Data/New.csv\",\"content\":\"a\"}";
+	const FProgramResult Asked = Call("write_file", Write);
+	EXPECT_EQ(Asked.Status, 3);
+	EXPECT_TRUE(Holds(Asked.Errors, "this needs a person: approval of write_file"));
+	EXPECT_FALSE(Sample.Project.Exists("Content/Data/New.csv"));
+	EXPECT_EQ(Call("write_file", Write, {"--approve", "all"}).Status, 0);
+	EXPECT_EQ(Sample.Project.Read("Content/Data/New.csv"), "a");
+	const FProgramResult Unknown = Call("wite_file", Write);
+	EXPECT_EQ(Unknown.Status, 2);
+	EXPECT_TRUE(Holds(Unknown.Errors, "did you mean 'write_file'?"));
+}

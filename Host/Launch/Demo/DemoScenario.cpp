@@ -131,6 +131,7 @@ TSharedPtr<FDemoScenario> FDemoScenario::Parse(const FString& Json, FString& Out
 	}
 	const TSharedRef<FDemoScenario> Scenario = MakeShared<FDemoScenario>();
 	Root->TryGetStringArrayField(TEXT("offered"), Scenario->Offered);
+	Root->TryGetStringField(TEXT("asks"), Scenario->Asks);
 	for (const TSharedPtr<FJsonValue>& Rule : *Rules)
 	{
 		const TSharedPtr<FJsonObject>* Object = nullptr;
@@ -146,7 +147,8 @@ TSharedPtr<FDemoScenario> FDemoScenario::Parse(const FString& Json, FString& Out
 
 bool FDemoScenario::IsFor(const FDemoRequest& Request) const
 {
-	return !Algo::AnyOf(Offered, [&](const FString& Tool) { return !IsOffered(Request, Tool); });
+	const bool bAsked = Asks.IsEmpty() || Matches(Request.Question, Asks);
+	return bAsked && !Algo::AnyOf(Offered, [&](const FString& Tool) { return !IsOffered(Request, Tool); });
 }
 
 TOptional<FDemoAnswer> FDemoScenario::Play(const FDemoRequest& Request) const

@@ -11,6 +11,7 @@ class FJsonObject;
  * file of `Scenarios` holds
  *
  * - "offered": tools that a request must offer for the scenario to be played;
+ * - "asks": a pattern that the user's question must match for it, if there is one;
  * - "rules": objects with what must hold, in "when", and what is said, in "think", "say" and "call".
  *
  * "when" takes "called" and "not_called" (tools that the conversation has or hasn't called since the question),
@@ -38,5 +39,6 @@ public:
 
 private:
 	TArray<FString> Offered;
+	FString Asks;
 	TArray<TSharedPtr<FJsonObject>> Rules;
 };
