@@ -69,6 +69,16 @@ TEST_F(CVXGitTools, QueryRefusesWhatCouldDoMore)
 		EXPECT_EQ(Query(TEXT("diff"), Option),
 			TEXT("ERROR Argument '--output' is not allowed in git_query args: a query writes no files."));
 	}
+	for (const TCHAR* Change :
+		{TEXT("-D main"), TEXT("-vd main"), TEXT("--del main"), TEXT("new-branch"), TEXT("-m x")})
+	{
+		EXPECT_TRUE(Query(TEXT("branch"), Change).StartsWith(TEXT("ERROR These arguments change branches")))
+			<< TCHAR_TO_UTF8(Change);
+	}
+	for (const TCHAR* List : {TEXT("-a -vv"), TEXT("--list main"), TEXT("--merged HEAD"), TEXT("--show-current")})
+	{
+		EXPECT_FALSE(Query(TEXT("branch"), List).Contains(TEXT("These arguments"))) << TCHAR_TO_UTF8(List);
+	}
 	const auto Run = [](const TCHAR* Json) { return RunTool(FCVXGitStatusTool(), Json); };
 	EXPECT_EQ(Run(TEXT("")), TEXT("ERROR Empty JSON input."));
 	EXPECT_EQ(Run(TEXT("7")), TEXT("ERROR Invalid JSON input."));

@@ -1,5 +1,6 @@
 #include "Tools/Git/CVXGitStatusTool.h"
 
+#include "Algo/AnyOf.h"
 #include "Misc/Paths.h"
 #include "Tools/CVXToolArguments.h"
 #include "Tools/Git/CVXGitProcess.h"
@@ -15,15 +16,63 @@ bool IsAllowedOperation(const FString& Operation)
 	return Operations.Contains(Operation.ToLower());
 }
 
-/** Whether git would be told, by the option or an abbreviation of it, to write to a file. */
-bool WritesFile(const FString& Arguments)
+/** The arguments as git sees them, near enough to tell options. */
+TArray<FString> SplitWords(const FString& Arguments)
 {
 	TArray<FString> Words;
 	Arguments.Replace(TEXT("\""), TEXT(""))
 		.Replace(TEXT("'"), TEXT(""))
 		.Replace(TEXT("\\"), TEXT(""))
 		.ParseIntoArrayWS(Words);
-	return Words.ContainsByPredicate(
+	return Words;
+}
+
+/** Whether a word is one of these options of git or an abbreviation, as git takes them. */
+bool IsLongOption(const FString& Word, TArrayView<const TCHAR* const> Options)
+{
+	const FString Name = Word.Left(Word.Find(TEXT("=")) == INDEX_NONE ? Word.Len() : Word.Find(TEXT("=")));
+	return Algo::AnyOf(Options,
+		[&](const TCHAR* Option)
+		{ return Name.Len() > 2 && FString(Option).StartsWith(Name, ESearchCase::CaseSensitive); });
+}
+
+/** Whether `git branch` would do more than list: it deletes, moves, copies and creates by its arguments alone. */
+bool ChangesBranches(const FString& Arguments)
+{
+	static constexpr const TCHAR* Changing[] = {TEXT("--delete"), TEXT("--move"), TEXT("--copy"), TEXT("--force"),
+		TEXT("--set-upstream-to"), TEXT("--unset-upstream"), TEXT("--edit-description"), TEXT("--create-reflog"),
+		TEXT("--track")};
+	static constexpr const TCHAR* Listing[] = {TEXT("--list"), TEXT("--contains"), TEXT("--no-contains"),
+		TEXT("--merged"), TEXT("--no-merged"), TEXT("--points-at"), TEXT("--sort"), TEXT("--format")};
+	bool bLists = false;
+	bool bNames = false;
+	for (const FString& Word : SplitWords(Arguments))
+	{
+		const bool bLong = Word.StartsWith(TEXT("--"));
+		const bool bShort = !bLong && Word.StartsWith(TEXT("-"));
+		int32 Place = INDEX_NONE;
+		for (const TCHAR Char : bShort ? Word : FString())
+		{
+			if (FStringView(TEXT("dDmMcCfut")).FindChar(Char, Place))
+			{
+				return true;
+			}
+			bLists |= Char == u'l';
+		}
+		if (bLong && IsLongOption(Word, Changing))
+		{
+			return true;
+		}
+		bLists |= bLong && IsLongOption(Word, Listing);
+		bNames |= !bLong && !bShort;
+	}
+	return bNames && !bLists;
+}
+
+/** Whether git would be told, by the option or an abbreviation of it, to write to a file. */
+bool WritesFile(const FString& Arguments)
+{
+	return SplitWords(Arguments).ContainsByPredicate(
 		[](const FString& Word)
 		{
 			return Word.StartsWith(TEXT("--out"), ESearchCase::CaseSensitive) &&
@@ -32,7 +81,7 @@ bool WritesFile(const FString& Arguments)
 }
 
 /** @return whether the arguments are fit for a query; else OutError says why not. */
-bool CheckArguments(const FString& Arguments, FString& OutError)
+bool CheckArguments(const FString& Operation, const FString& Arguments, FString& OutError)
 {
 	for (const TCHAR Char : Arguments)
 	{
@@ -48,6 +97,13 @@ bool CheckArguments(const FString& Arguments, FString& OutError)
 	if (WritesFile(Arguments))
 	{
 		OutError = TEXT("Argument '--output' is not allowed in git_query args: a query writes no files.");
+		return false;
+	}
+	if (Operation == TEXT("branch") && ChangesBranches(Arguments))
+	{
+		OutError =
+			TEXT("These arguments change branches, and a query only reads. Use execute_shell for that, or --list to "
+				 "find branches by name.");
 		return false;
 	}
 	return true;
@@ -138,7 +194,7 @@ FCVXToolExecutionResult FCVXGitStatusTool::Execute(const FString& ArgumentsJson,
 			FString::Printf(TEXT("Invalid operation '%s'. Allowed: status, diff, log, branch, show."), *Operation));
 	}
 	FString Message;
-	if (!CheckArguments(Arguments, Message))
+	if (!CheckArguments(Operation, Arguments, Message))
 	{
 		return FCVXToolExecutionResult::MakeError(Message);
 	}
