@@ -208,8 +208,12 @@ TEST(Program, TheDemoModelKeepsAPlanAsksAndIsHeldToItsEnd)
 		EXPECT_TRUE(Holds(Tasks.Output, "complete"));
 		EXPECT_TRUE(Holds(Tasks.Output, "Coder"));
 	}
+	const FProgramResult Resumed =
+		Sample.Run("run", {"--resume", "last", "--approve", "all", "And the pistol again"}).Run();
+	EXPECT_TRUE(Holds(Resumed.Output, "Going on with 'Chat', ")) << Resumed.Errors;
+	EXPECT_EQ(Sample.Run("run", {"--resume", "ghost", "go"}).Run().Status, 2);
 	const FProgramResult Json = Sample.Run("tasks", {"--json"}).Run();
-	EXPECT_TRUE(Holds(Json.Output, "\"state\":\"complete\""));
+	EXPECT_EQ(Json.Output.find("\"id\""), Json.Output.rfind("\"id\"")) << "one conversation, however often resumed";
 }
 
 TEST(Program, OneToolRunsAsTheModelWouldRunIt)

@@ -81,7 +81,18 @@ TOptional<int> FConversationSetup::Start(const FString& Title, bool bAsk)
 	{
 		View->ShowNotice(Started.Notice);
 	}
-	const TSharedPtr<FCVXTask> Task = Session.CreateTask(Title);
+	const bool bResume = !Options.Resume.IsEmpty();
+	const TSharedPtr<FCVXTask> Task = bResume ? Session.ResumeTask(Options.Resume) : Session.CreateTask(Title);
+	if (!Task && bResume)
+	{
+		return ReportUsageError(
+			FString::Printf(TEXT("there is no stored conversation '%s'; 'corvexa tasks' lists them"), *Options.Resume));
+	}
+	if (bResume)
+	{
+		View->ShowNotice(FString::Printf(TEXT("Going on with '%s', %d messages so far."), *Task->GetTitle(),
+			Task->GetAgentLoop()->GetContextManager().GetHistory().Num()));
+	}
 	if (!Task)
 	{
 		View->ShowError(

@@ -64,6 +64,8 @@ constexpr FOption Table[] = {
 	{TEXT("--agent"), nullptr, TEXT("NAME"), TEXT("the agent profile for this run"), &SetText<&FLaunchOptions::Agent>},
 	{TEXT("--approve"), nullptr, TEXT("ask|reads|all"),
 		TEXT("which tool calls run without asking: none, those that only read, or all"), &SetApprovalMode},
+	{TEXT("--resume"), nullptr, TEXT("ID|last"), TEXT("go on with a stored conversation; 'corvexa tasks' lists them"),
+		&SetText<&FLaunchOptions::Resume>},
 	{TEXT("--json"), nullptr, nullptr, TEXT("print events as JSON, one a line"), &SetFlag<&FLaunchOptions::bJson>},
 	{TEXT("--verbose"), nullptr, nullptr, TEXT("print the log's warnings to standard error"),
 		&SetFlag<&FLaunchOptions::bVerbose>},

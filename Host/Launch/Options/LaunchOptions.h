@@ -17,6 +17,8 @@ struct FLaunchOptions
 	FString Provider;
 	FString Model;
 	FString Agent;
+	/** The conversation to go on with, by its id or "last"; empty begins a new one. */
+	FString Resume;
 	TOptional<ECVXApprovalMode> ApprovalMode;
 	bool bJson = false;
 	bool bVerbose = false;

@@ -68,6 +68,22 @@ TSharedPtr<FCVXTask> FLaunchSession::CreateTask(const FString& Title)
 	return FCVXTaskManager::Get().CreateNewTask(Title);
 }
 
+TSharedPtr<FCVXTask> FLaunchSession::ResumeTask(const FString& Id)
+{
+	FCVXTaskManager& Tasks = FCVXTaskManager::Get();
+	TSharedPtr<FCVXTask> Task = Tasks.FindTask(Id == TEXT("last") ? UCVXSettings::Get()->LastActiveTaskId : Id);
+	// A sub-agent's conversation is led by its parent's.
+	while (Task && Task->bIsSubTask && Tasks.FindTask(Task->ParentTaskId))
+	{
+		Task = Tasks.FindTask(Task->ParentTaskId);
+	}
+	if (Task)
+	{
+		Tasks.SetActiveTask(Task);
+	}
+	return Task;
+}
+
 void FLaunchSession::RunUntil(TFunctionRef<bool()> Condition)
 {
 	while (!Condition() && !IsEngineExitRequested())

@@ -33,6 +33,10 @@ public:
 	/** A new conversation with the active agent. @return null when the settings don't allow one; the log says why. */
 	TSharedPtr<FCVXTask> CreateTask(const FString& Title);
 
+	/** A stored conversation, made active. @param Id or "last", the one that was last active. @return null without it.
+	 */
+	TSharedPtr<FCVXTask> ResumeTask(const FString& Id);
+
 	/** Turns the loop until the condition holds or the host is asked to end. */
 	void RunUntil(TFunctionRef<bool()> Condition);
 
