@@ -103,6 +103,25 @@ TEST(CVXAgentLoop, CallsThatWaitForADecisionHoldTheTurnAndGoOnOnce)
 	EXPECT_TRUE(Results[2].bIsError);
 }
 
+TEST(CVXAgentLoop, CallsOfOneIdAreToldApart)
+{
+	FLoopRun Run;
+	Run.Profile.ApprovalMode = ECVXApprovalMode::AlwaysAsk;
+	Run.MakeLoop();
+	FScriptedTool::Register(TEXT("write"), TEXT("written"), false, false);
+	FAnswer Answer = FAnswer::Call(TEXT("write"), TEXT("{\"n\":1}"), TEXT("same"));
+	Run.Model->Then(Answer.And(TEXT("write"), TEXT("{\"n\":2}"), TEXT("same"))).Then(FAnswer::Stall());
+	Run.Submit(TEXT("Go"));
+	ASSERT_EQ(Run.Approvals.Num(), 2);
+	EXPECT_EQ(Run.Approvals[0].ToolUseId, TEXT("same"));
+	for (const FCVXApprovalRequest& Approval : TArray<FCVXApprovalRequest>(Run.Approvals))
+	{
+		Run.Loop->ResolveApproval(Approval.ToolUseId, ECVXApprovalState::Approved, false);
+	}
+	EXPECT_EQ(Run.Model->StartedCount, 2);
+	EXPECT_EQ(Run.Model->Requests[1].Messages.Last().Content.Num(), 2);
+}
+
 TEST(CVXAgentLoop, ADecisionThatNobodyTakesIsADenialAfterTenMinutes)
 {
 	FLoopRun Run;

@@ -221,6 +221,7 @@ void FCVXAgentLoop::BeginTurn()
 	{
 		FTSTicker::RemoveTicker(SubAgent.Value.Ticker);
 	}
+	ToolExecutor.ForgetPending();
 	Turn = FTurn();
 	++TurnSerial;
 	SetState(ECVXTaskState::Streaming);
@@ -355,10 +356,17 @@ void FCVXAgentLoop::OnProviderReasoningDelta(const FString& Text)
 void FCVXAgentLoop::OnProviderToolCallComplete(const FCVXToolCall& Call)
 {
 	check(IsInGameThread());
-	if (!IsStopped())
+	if (IsStopped())
 	{
-		Turn.Calls.Add(Call);
+		return;
 	}
+	FCVXToolCall Unique = Call;
+	// Some models give one id to several calls, by which their results couldn't be told apart.
+	while (Unique.Id.IsEmpty() || !GetToolName(Unique.Id).IsEmpty())
+	{
+		Unique.Id += FGuid::NewGuid().ToString(EGuidFormats::Digits);
+	}
+	Turn.Calls.Add(MoveTemp(Unique));
 }
 
 void FCVXAgentLoop::OnProviderStreamFinished(const FCVXTokenUsage& Usage)
@@ -825,6 +833,7 @@ void FCVXAgentLoop::StopWork()
 		ActiveRequestHandle.Empty();
 	}
 	CancelRetry();
+	ToolExecutor.ForgetPending();
 	FTSTicker::RemoveTicker(ApprovalTicker);
 	for (const auto& SubAgent : Turn.SubAgents)
 	{

@@ -43,6 +43,9 @@ public:
 	/** Whether a call is parked until `ResolveApproval`. */
 	bool IsPending(const FString& ToolUseId) const { return PendingApprovals.Contains(ToolUseId); }
 
+	/** Lets go of all parked calls: their agent has stopped waiting for them. */
+	void ForgetPending() { PendingApprovals.Empty(); }
+
 	/** Whether a call may join a batch that worker threads run through `ExecuteToolDirect`. */
 	bool CanExecuteOnBackgroundThread(const FCVXToolCall& Call, const FCVXAgentProfile& Profile) const;
 

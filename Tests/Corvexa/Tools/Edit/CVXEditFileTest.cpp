@@ -93,8 +93,9 @@ TEST_F(CVXEditFile, StaysInTheProjectAndOffProtectedPaths)
 	Project.Write("Config/locked.ini", "text");
 	fs::create_symlink(TCHAR_TO_UTF8(*Project.Path("Config/locked.ini")), TCHAR_TO_UTF8(*Project.Path("Source/l2")));
 	Settings.ProtectedPaths = {TEXT("Config/*")};
+	const FString OutsidePath(Outside.c_str());
 	for (const TCHAR* Path : {TEXT("Source/link.txt"), TEXT("Config/locked.ini"), TEXT("Source/l2"),
-			 TEXT("Config\\locked.ini"), TEXT("../x"), *FString(Outside.c_str())})
+			 TEXT("Config\\locked.ini"), TEXT("../x"), *OutsidePath})
 	{
 		EXPECT_TRUE(Edit(TEXT("text"), TEXT("x"), false, Path).StartsWith(TEXT("ERROR "))) << TCHAR_TO_UTF8(Path);
 	}
