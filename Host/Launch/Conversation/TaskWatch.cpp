@@ -34,7 +34,7 @@ void FTaskWatch::BindLoop()
 {
 	const auto Guarded = [this](auto Call)
 	{
-		return [this, Alive = Alive, Call](const auto&... Arguments)
+		return [Alive = Alive, Call](const auto&... Arguments)
 		{
 			if (*Alive)
 			{
