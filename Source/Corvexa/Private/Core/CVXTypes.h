@@ -46,11 +46,11 @@ enum class ECVXApprovalState : uint8
 UENUM(BlueprintType)
 enum class ECVXApprovalMode : uint8
 {
-	/** Ask for every tool. */
+	/** Ask approval for all tools */
 	AlwaysAsk = 0 UMETA(DisplayName = "Always Ask"),
-	/** Ask for tools that write or destroy; let those that read run. */
+	/** Ask for write/destructive tools only, auto-approve reads */
 	AutoApproveReads = 1 UMETA(DisplayName = "Auto Approve Reads"),
-	/** Ask for nothing. */
+	/** Fully autonomous (ask nothing) */
 	FullyAutonomous = 2 UMETA(DisplayName = "Fully Autonomous"),
 };
 
