@@ -1,8 +1,8 @@
 #include "SampleText.h"
 
-#include "Agent/CVXCheckpointManager.h"
-#include "Agent/CVXTask.h"
 #include "Agent/Checkpoints/CVXCheckpointJson.h"
+#include "Agent/Checkpoints/CVXCheckpointManager.h"
+#include "Agent/Tasks/CVXTask.h"
 #include "HAL/PlatformProcess.h"
 #include "LaunchEngineLoop.h"
 #include "Misc/Paths.h"

@@ -39,7 +39,7 @@ EXCEPTIONS = [
     ),
     (
         "Source/Corvexa/Private/Tools/*Conversation*.cpp",
-        "Source/Corvexa/Private/Agent/CVXTaskManager.h",
+        "Source/Corvexa/Private/Agent/Tasks/CVXTaskManager.h",
         "the conversation tools start, finish and question tasks",
     ),
 ]

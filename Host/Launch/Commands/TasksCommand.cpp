@@ -1,6 +1,6 @@
 #include "Launch/Commands/TasksCommand.h"
 
-#include "Agent/CVXTaskManager.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 #include "Launch/Commands/ExitStatus.h"
 #include "Launch/Commands/LaunchCommand.h"
 #include "Launch/Options/LaunchOptions.h"

@@ -1,6 +1,6 @@
 #include "Launch/Conversation/Conversation.h"
 
-#include "Agent/CVXTaskManager.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 #include "HAL/PlatformTime.h"
 #include "Launch/Conversation/ApprovalAnswer.h"
 

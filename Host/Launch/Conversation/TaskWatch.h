@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/CVXTask.h"
+#include "Agent/Tasks/CVXTask.h"
 #include "Launch/View/ConversationView.h"
 
 class FTaskWatch;

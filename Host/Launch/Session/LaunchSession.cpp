@@ -1,6 +1,6 @@
 #include "Launch/Session/LaunchSession.h"
 
-#include "Agent/CVXTaskManager.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 #include "Core/CVXSessionOverrides.h"
 #include "Core/CVXSettings.h"
 #include "CoreGlobals.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/CVXTodoList.h"
+#include "Agent/Tasks/CVXTodoList.h"
 #include "Core/CVXTypes.h"
 #include "Tools/CVXApprovalRequest.h"
 

@@ -1,6 +1,6 @@
 #include "CorvexaModule.h"
 
-#include "Agent/CVXTaskManager.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 #include "Core/CVXApiKeysFile.h"
 #include "Core/CVXLog.h"
 #include "Core/CVXReservedNames.h"

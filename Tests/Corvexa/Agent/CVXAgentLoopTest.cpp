@@ -1,4 +1,4 @@
-#include "Agent/CVXAgentLoop.h"
+#include "Agent/Loop/CVXAgentLoop.h"
 
 #include "Core/CVXSettings.h"
 #include "Corvexa/Support/LoopRun.h"

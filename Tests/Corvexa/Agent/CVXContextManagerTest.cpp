@@ -1,4 +1,4 @@
-#include "Agent/CVXContextManager.h"
+#include "Agent/Context/CVXContextManager.h"
 
 #include "Algo/AnyOf.h"
 #include "Support/HostTypePrinting.h"

@@ -1,4 +1,4 @@
-#include "Agent/CVXDelegationHistory.h"
+#include "Agent/Tasks/CVXDelegationHistory.h"
 #include "Core/CVXSettings.h"
 #include "Corvexa/Scenarios/Scenario.h"
 #include "Support/HostTypePrinting.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/CVXTaskManager.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 #include "Corvexa/Support/ScriptedProvider.h"
 #include "Loopback/LoopbackServer.h"
 #include "Support/LoopPump.h"

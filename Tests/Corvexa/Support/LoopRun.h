@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/CVXAgentLoop.h"
+#include "Agent/Loop/CVXAgentLoop.h"
 #include "Corvexa/Support/ScriptedProvider.h"
 #include "Support/LoopPump.h"
 #include "Support/TempProject.h"

@@ -1,13 +1,11 @@
 #include "Providers/CVXProviderBase.h"
 
+#include "Core/CVXJsonObject.h"
 #include "Core/CVXLog.h"
-#include "Dom/JsonObject.h"
 #include "HttpModule.h"
 #include "Interfaces/IHttpResponse.h"
 #include "Misc/Guid.h"
 #include "Providers/CVXProviderFactory.h"
-#include "Serialization/JsonReader.h"
-#include "Serialization/JsonSerializer.h"
 
 namespace
 {
@@ -155,8 +153,7 @@ FString FCVXProviderBase::FormatHttpError(const IHttpResponse& Response, const F
 TSharedPtr<FJsonObject> FCVXProviderBase::ParseEventData(
 	const FString& Handle, FRequestState& State, const FString& Data)
 {
-	TSharedPtr<FJsonObject> Object;
-	if (FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Data), Object) && Object.IsValid())
+	if (TSharedPtr<FJsonObject> Object = CVXJsonObject::Parse(Data))
 	{
 		NoteParseSuccess(State);
 		return Object;

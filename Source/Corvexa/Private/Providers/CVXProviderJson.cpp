@@ -1,20 +1,13 @@
 #include "Providers/CVXProviderJson.h"
 
-#include "Serialization/JsonReader.h"
-#include "Serialization/JsonSerializer.h"
-
-TSharedPtr<FJsonObject> CVXProviderJson::ParseObject(const FString& Json)
-{
-	TSharedPtr<FJsonObject> Object;
-	return FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Json), Object) ? Object : nullptr;
-}
+#include "Core/CVXJsonObject.h"
 
 void CVXProviderJson::WriteTool(FWriter& Writer, const FCVXToolDescriptor& Tool, FStringView SchemaName)
 {
 	Writer.WriteObjectStart();
 	Writer.WriteValue(TEXT("name"), Tool.Name);
 	Writer.WriteValue(TEXT("description"), Tool.Description);
-	if (const TSharedPtr<FJsonObject> Schema = ParseObject(Tool.InputSchemaJson))
+	if (const TSharedPtr<FJsonObject> Schema = CVXJsonObject::Parse(Tool.InputSchemaJson))
 	{
 		Writer.WriteValue(SchemaName, *Schema);
 	}

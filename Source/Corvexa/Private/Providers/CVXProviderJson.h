@@ -10,9 +10,6 @@ namespace CVXProviderJson
 {
 using FWriter = TJsonWriter<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>;
 
-/** @return the object that the text holds; null when it holds none. */
-TSharedPtr<FJsonObject> ParseObject(const FString& Json);
-
 /** Writes one tool as an object; its schema under the given name, or not at all when it is no object. */
 void WriteTool(FWriter& Writer, const FCVXToolDescriptor& Tool, FStringView SchemaName);
 

@@ -1,6 +1,6 @@
 #include "Tools/CVXToolArguments.h"
 
-#include "Serialization/JsonSerializer.h"
+#include "Core/CVXJsonObject.h"
 
 #include <cmath>
 
@@ -12,7 +12,8 @@ bool ParseToolArguments(
 		OutErrorResult = FCVXToolExecutionResult::MakeError(TEXT("Empty JSON input."));
 		return false;
 	}
-	if (!FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(ArgumentsJson), OutObject) || !OutObject.IsValid())
+	OutObject = CVXJsonObject::Parse(ArgumentsJson);
+	if (!OutObject)
 	{
 		OutErrorResult = FCVXToolExecutionResult::MakeError(TEXT("Invalid JSON input."));
 		return false;

@@ -1,7 +1,7 @@
-#include "Agent/CVXCheckpointManager.h"
+#include "Agent/Checkpoints/CVXCheckpointManager.h"
 
-#include "Agent/CVXTaskManager.h"
 #include "Agent/Checkpoints/CVXCheckpointFile.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 #include "Core/CVXSettings.h"
 #include "HAL/FileManager.h"
 #include "Misc/Compression.h"

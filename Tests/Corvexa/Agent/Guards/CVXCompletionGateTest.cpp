@@ -1,6 +1,6 @@
 #include "Agent/Guards/CVXCompletionGate.h"
 
-#include "Agent/CVXTaskManager.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 #include "Core/CVXSettings.h"
 #include "Corvexa/Support/LoopRun.h"
 #include "Support/HostTypePrinting.h"

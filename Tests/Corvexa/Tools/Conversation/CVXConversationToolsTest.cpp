@@ -1,4 +1,4 @@
-#include "Agent/CVXTaskManager.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 #include "Core/CVXSettings.h"
 #include "Support/HostTypePrinting.h"
 #include "Support/LoopPump.h"

@@ -1,12 +1,10 @@
 #include "Agent/Checkpoints/CVXCheckpointJson.h"
 
-#include "Agent/CVXTask.h"
 #include "Agent/Checkpoints/CVXCheckpointLog.h"
-#include "Dom/JsonObject.h"
+#include "Agent/Tasks/CVXTask.h"
+#include "Core/CVXJsonObject.h"
 #include "Misc/Guid.h"
 #include "Policies/CondensedJsonPrintPolicy.h"
-#include "Serialization/JsonReader.h"
-#include "Serialization/JsonSerializer.h"
 #include "Serialization/JsonWriter.h"
 
 namespace
@@ -188,12 +186,6 @@ void ReadIdentity(const FJsonObject& Object, FCVXTask& Task)
 		Task.GetTodoList().UpdateFromJson(Text);
 	}
 }
-
-TSharedPtr<FJsonObject> ParseObject(const FString& Json)
-{
-	TSharedPtr<FJsonObject> Object;
-	return FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Json), Object) ? Object : nullptr;
-}
 } // namespace
 
 FString CVXCheckpointJson::Write(const FCVXTask& Task)
@@ -219,12 +211,12 @@ FString CVXCheckpointJson::Write(const FCVXTask& Task)
 
 bool CVXCheckpointJson::IsObject(const FString& Json)
 {
-	return ParseObject(Json).IsValid();
+	return CVXJsonObject::Parse(Json).IsValid();
 }
 
 bool CVXCheckpointJson::Read(const FString& Json, const FString& Path, FCVXTask& Task, int32& OutMessageCount)
 {
-	const TSharedPtr<FJsonObject> Object = ParseObject(Json);
+	const TSharedPtr<FJsonObject> Object = CVXJsonObject::Parse(Json);
 	Task.GetAgentLoop()->ClearHistory();
 	const TArray<TSharedPtr<FJsonValue>>* Messages = nullptr;
 	if (!Object || !Object->TryGetArrayField(TEXT("messages"), Messages))

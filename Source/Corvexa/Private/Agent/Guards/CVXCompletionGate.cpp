@@ -1,9 +1,9 @@
 #include "Agent/Guards/CVXCompletionGate.h"
 
 #include "Agent/CVXAgentLog.h"
-#include "Agent/CVXTodoList.h"
 #include "Agent/Guards/CVXGuardContext.h"
 #include "Agent/Guards/CVXToolOutcome.h"
+#include "Agent/Tasks/CVXTodoList.h"
 #include "Algo/AnyOf.h"
 #include "Core/CVXProfiles.h"
 #include "Misc/Optional.h"

@@ -1,7 +1,7 @@
 #include "Agent/Guards/CVXGuardContext.h"
 
-#include "Agent/CVXContextManager.h"
-#include "Agent/CVXHiddenMessage.h"
+#include "Agent/Context/CVXContextManager.h"
+#include "Agent/Context/CVXHiddenMessage.h"
 
 void FCVXGuardState::ResetForUserMessage()
 {

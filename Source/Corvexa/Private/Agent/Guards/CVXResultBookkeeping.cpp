@@ -1,6 +1,6 @@
 #include "Agent/Guards/CVXResultBookkeeping.h"
 
-#include "Agent/CVXCallArguments.h"
+#include "Agent/Context/CVXCallArguments.h"
 #include "Agent/Guards/CVXGuardContext.h"
 #include "Agent/Guards/CVXToolOutcome.h"
 #include "Algo/AnyOf.h"

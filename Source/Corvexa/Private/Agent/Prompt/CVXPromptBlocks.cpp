@@ -1,8 +1,8 @@
 #include "Agent/Prompt/CVXPromptBlocks.h"
 
-#include "Agent/CVXDelegationHistory.h"
-#include "Agent/CVXTodoList.h"
 #include "Agent/Prompt/CVXPromptSources.h"
+#include "Agent/Tasks/CVXDelegationHistory.h"
+#include "Agent/Tasks/CVXTodoList.h"
 #include "Core/CVXProfiles.h"
 #include "CoreGlobals.h"
 #include "Misc/DateTime.h"

@@ -1,5 +1,5 @@
-#include "Agent/CVXContextManager.h"
-#include "Agent/CVXHiddenMessage.h"
+#include "Agent/Context/CVXContextManager.h"
+#include "Agent/Context/CVXHiddenMessage.h"
 #include "Agent/Prompt/CVXPromptBlocks.h"
 #include "Agent/Prompt/CVXPromptSources.h"
 #include "Core/CVXSettings.h"

@@ -1,7 +1,7 @@
 #include "Agent/Prompt/CVXSystemPrompt.h"
 
 #include "Agent/CVXAgentLog.h"
-#include "Agent/CVXContextManager.h"
+#include "Agent/Context/CVXContextManager.h"
 #include "Agent/Prompt/CVXPromptBlocks.h"
 
 namespace

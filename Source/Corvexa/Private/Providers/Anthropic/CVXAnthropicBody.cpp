@@ -1,5 +1,6 @@
 #include "Providers/Anthropic/CVXAnthropicBody.h"
 
+#include "Core/CVXJsonObject.h"
 #include "Providers/CVXProviderJson.h"
 
 namespace
@@ -8,7 +9,7 @@ using CVXProviderJson::FWriter;
 
 void WriteToolUse(FWriter& Writer, const FCVXContentBlock& Block)
 {
-	const TSharedPtr<FJsonObject> Input = CVXProviderJson::ParseObject(Block.InputJson);
+	const TSharedPtr<FJsonObject> Input = CVXJsonObject::Parse(Block.InputJson);
 	Writer.WriteObjectStart();
 	Writer.WriteValue(TEXT("type"), TEXT("tool_use"));
 	Writer.WriteValue(TEXT("id"), Block.ToolUseId);

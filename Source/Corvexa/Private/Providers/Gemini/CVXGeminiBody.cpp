@@ -1,5 +1,6 @@
 #include "Providers/Gemini/CVXGeminiBody.h"
 
+#include "Core/CVXJsonObject.h"
 #include "Providers/CVXProviderJson.h"
 
 namespace
@@ -10,7 +11,7 @@ void WriteFunctionCall(FWriter& Writer, const FCVXContentBlock& Block)
 {
 	Writer.WriteObjectStart(TEXT("functionCall"));
 	Writer.WriteValue(TEXT("name"), Block.ToolName);
-	if (const TSharedPtr<FJsonObject> Arguments = CVXProviderJson::ParseObject(Block.InputJson))
+	if (const TSharedPtr<FJsonObject> Arguments = CVXJsonObject::Parse(Block.InputJson))
 	{
 		Writer.WriteValue(TEXT("args"), *Arguments);
 	}

@@ -1,6 +1,7 @@
 #include "Providers/Gemini/CVXGeminiDelta.h"
 
 #include "Core/CVXJsonCursor.h"
+#include "Core/CVXJsonObject.h"
 #include "Providers/CVXProviderJson.h"
 
 namespace
@@ -18,7 +19,7 @@ bool ReadCount(FCVXJsonCursor& Json, TOptional<int32>& Out)
 /** @return the text without the blanks between its tokens; "{}" when it holds no object. */
 FString Compact(FStringView Json)
 {
-	const TSharedPtr<FJsonObject> Object = CVXProviderJson::ParseObject(FString(Json));
+	const TSharedPtr<FJsonObject> Object = CVXJsonObject::Parse(FString(Json));
 	if (!Object)
 	{
 		return TEXT("{}");

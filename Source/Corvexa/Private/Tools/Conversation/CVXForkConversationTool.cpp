@@ -1,6 +1,6 @@
 #include "Tools/Conversation/CVXForkConversationTool.h"
 
-#include "Agent/CVXTaskManager.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 #include "Tools/CVXToolArguments.h"
 
 FString FCVXForkConversationTool::GetName() const

@@ -1,4 +1,4 @@
-#include "Agent/CVXSubTaskMessage.h"
+#include "Agent/Tasks/CVXSubTaskMessage.h"
 
 #include "HAL/FileManager.h"
 #include "Misc/DateTime.h"

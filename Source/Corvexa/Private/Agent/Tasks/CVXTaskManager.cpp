@@ -1,6 +1,6 @@
-#include "Agent/CVXTaskManager.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 
-#include "Agent/CVXCheckpointManager.h"
+#include "Agent/Checkpoints/CVXCheckpointManager.h"
 #include "Core/CVXSettings.h"
 #include "Logging/LogMacros.h"
 #include "Misc/Guid.h"

@@ -1,5 +1,5 @@
 #include "Agent/CVXAgentLog.h"
-#include "Agent/CVXAgentLoop.h"
+#include "Agent/Loop/CVXAgentLoop.h"
 #include "Core/CVXSettings.h"
 #include "CoreGlobals.h"
 #include "HAL/PlatformTime.h"

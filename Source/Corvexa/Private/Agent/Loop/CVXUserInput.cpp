@@ -1,4 +1,4 @@
-#include "Agent/CVXUserInput.h"
+#include "Agent/Loop/CVXUserInput.h"
 
 #include "Agent/CVXAgentLog.h"
 #include "Tools/CVXViewportCapture.h"

@@ -1,6 +1,6 @@
-#include "Agent/CVXToolPairing.h"
+#include "Agent/Context/CVXToolPairing.h"
 
-#include "Agent/CVXHiddenMessage.h"
+#include "Agent/Context/CVXHiddenMessage.h"
 #include "Algo/AnyOf.h"
 #include "Core/CVXLog.h"
 

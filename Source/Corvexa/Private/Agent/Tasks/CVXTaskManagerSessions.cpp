@@ -1,5 +1,5 @@
-#include "Agent/CVXCheckpointManager.h"
-#include "Agent/CVXTaskManager.h"
+#include "Agent/Checkpoints/CVXCheckpointManager.h"
+#include "Agent/Tasks/CVXTaskManager.h"
 #include "Core/CVXSettings.h"
 #include "HAL/FileManager.h"
 #include "Logging/LogMacros.h"

@@ -1,4 +1,4 @@
-#include "Agent/CVXContextManager.h"
+#include "Agent/Context/CVXContextManager.h"
 
 namespace
 {

@@ -1,4 +1,4 @@
-#include "Agent/CVXTodoList.h"
+#include "Agent/Tasks/CVXTodoList.h"
 
 #include "Algo/AnyOf.h"
 #include "Dom/JsonObject.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Agent/CVXTask.h"
+#include "Agent/Tasks/CVXTask.h"
 #include "Logging/LogMacros.h"
 
 DECLARE_LOG_CATEGORY_EXTERN(LogCVXTaskManager, Log, All);

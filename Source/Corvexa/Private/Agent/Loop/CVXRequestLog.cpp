@@ -1,4 +1,4 @@
-#include "Agent/CVXRequestLog.h"
+#include "Agent/Loop/CVXRequestLog.h"
 
 #include "Agent/CVXAgentLog.h"
 #include "Providers/CVXProvider.h"

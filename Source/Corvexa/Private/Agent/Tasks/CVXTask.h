@@ -1,7 +1,7 @@
 #pragma once
 
-#include "Agent/CVXAgentLoop.h"
-#include "Agent/CVXTodoList.h"
+#include "Agent/Loop/CVXAgentLoop.h"
+#include "Agent/Tasks/CVXTodoList.h"
 
 /** One conversation: an agent loop, a plan and an identity. Game thread. */
 class FCVXTask : public TSharedFromThis<FCVXTask>

@@ -1,7 +1,7 @@
-#include "Agent/CVXContextManager.h"
+#include "Agent/Context/CVXContextManager.h"
 
-#include "Agent/CVXHiddenMessage.h"
-#include "Agent/CVXToolPairing.h"
+#include "Agent/Context/CVXHiddenMessage.h"
+#include "Agent/Context/CVXToolPairing.h"
 #include "Core/CVXLog.h"
 #include "Diagnostics/CVXPerformanceMonitor.h"
 

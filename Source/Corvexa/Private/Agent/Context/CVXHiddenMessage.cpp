@@ -1,4 +1,4 @@
-#include "Agent/CVXHiddenMessage.h"
+#include "Agent/Context/CVXHiddenMessage.h"
 
 #include "Algo/AnyOf.h"
 

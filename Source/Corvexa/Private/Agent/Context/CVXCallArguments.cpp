@@ -1,14 +1,11 @@
-#include "Agent/CVXCallArguments.h"
+#include "Agent/Context/CVXCallArguments.h"
 
-#include "Dom/JsonObject.h"
-#include "Serialization/JsonReader.h"
-#include "Serialization/JsonSerializer.h"
+#include "Core/CVXJsonObject.h"
 
 FString CVXCallArguments::GetPath(const FString& ArgumentsJson)
 {
-	TSharedPtr<FJsonObject> Object;
 	FString Path;
-	if (FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(ArgumentsJson), Object) && Object.IsValid())
+	if (const TSharedPtr<FJsonObject> Object = CVXJsonObject::Parse(ArgumentsJson))
 	{
 		if (!Object->TryGetStringField(TEXT("file_path"), Path) || Path.IsEmpty())
 		{

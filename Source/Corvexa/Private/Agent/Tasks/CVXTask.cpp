@@ -1,4 +1,4 @@
-#include "Agent/CVXTask.h"
+#include "Agent/Tasks/CVXTask.h"
 
 FCVXTask::FCVXTask(const FString& InTaskId, const FString& InTitle, TUniquePtr<ICVXProvider> InProvider,
 	const FCVXAgentProfile& Profile)

@@ -1,9 +1,9 @@
-#include "Agent/CVXCheckpointManager.h"
+#include "Agent/Checkpoints/CVXCheckpointManager.h"
 
-#include "Agent/CVXTask.h"
 #include "Agent/Checkpoints/CVXCheckpointFile.h"
 #include "Agent/Checkpoints/CVXCheckpointJson.h"
 #include "Agent/Checkpoints/CVXCheckpointLog.h"
+#include "Agent/Tasks/CVXTask.h"
 #include "Core/CVXSettings.h"
 #include "HAL/FileManager.h"
 #include "HAL/PlatformTime.h"

@@ -1,5 +1,5 @@
-#include "Agent/CVXCallArguments.h"
-#include "Agent/CVXContextManager.h"
+#include "Agent/Context/CVXCallArguments.h"
+#include "Agent/Context/CVXContextManager.h"
 #include "Algo/AnyOf.h"
 
 namespace

@@ -1,7 +1,7 @@
-#include "Agent/CVXCondenserService.h"
+#include "Agent/Context/CVXCondenserService.h"
 
-#include "Agent/CVXAgentLoop.h"
-#include "Agent/CVXHiddenMessage.h"
+#include "Agent/Context/CVXHiddenMessage.h"
+#include "Agent/Loop/CVXAgentLoop.h"
 
 namespace
 {

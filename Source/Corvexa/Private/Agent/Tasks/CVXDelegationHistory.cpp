@@ -1,4 +1,4 @@
-#include "Agent/CVXDelegationHistory.h"
+#include "Agent/Tasks/CVXDelegationHistory.h"
 
 #include "Agent/CVXAgentLog.h"
 #include "Dom/JsonObject.h"

@@ -1,4 +1,4 @@
-#include "Agent/CVXProviderRecovery.h"
+#include "Agent/Loop/CVXProviderRecovery.h"
 
 #include "Algo/AnyOf.h"
 

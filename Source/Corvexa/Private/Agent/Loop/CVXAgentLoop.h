@@ -1,8 +1,8 @@
 #pragma once
 
-#include "Agent/CVXContextManager.h"
-#include "Agent/CVXDelegationHistory.h"
+#include "Agent/Context/CVXContextManager.h"
 #include "Agent/Guards/CVXGuardContext.h"
+#include "Agent/Tasks/CVXDelegationHistory.h"
 #include "Containers/Ticker.h"
 #include "Core/CVXProfiles.h"
 #include "Delegates/Delegate.h"
@@ -199,6 +199,8 @@ private:
 	void FinalizeTodoList();
 	TSharedPtr<FCVXTask> FindOwnTask() const;
 	FString GetToolName(const FString& ToolUseId) const;
+	/** A fresh message in the name of this agent. */
+	FCVXMessage MakeOwnMessage(ECVXMessageRole Role) const;
 	FCVXGuardContext MakeGuardContext();
 
 	TUniquePtr<ICVXProvider> Provider;

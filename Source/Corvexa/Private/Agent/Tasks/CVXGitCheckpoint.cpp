@@ -1,4 +1,4 @@
-#include "Agent/CVXGitCheckpoint.h"
+#include "Agent/Tasks/CVXGitCheckpoint.h"
 
 #include "HAL/FileManager.h"
 #include "HAL/PlatformProcess.h"
