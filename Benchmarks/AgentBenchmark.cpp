@@ -5,6 +5,7 @@
 #include "Agent/Tasks/CVXTask.h"
 #include "HAL/PlatformProcess.h"
 #include "LaunchEngineLoop.h"
+#include "Misc/Optional.h"
 #include "Misc/Paths.h"
 
 #include <benchmark/benchmark.h>
@@ -60,18 +61,68 @@ TSharedRef<FCVXTask> MakeTask(int32 Messages, int32 CharsEach)
 	return Task;
 }
 
-/** The messages of one request, out of a long conversation. */
+/** A history as real ones are: a question, and turns of one call each with its result. */
+void AddTurns(FCVXContextManager& Context, int32 Messages, int32 CharsEach)
+{
+	Context.AddMessage(FCVXMessage::MakeUserText(TEXT("Build the door")));
+	for (int32 Index = 1; Index + 1 < Messages; Index += 2)
+	{
+		FCVXMessage Call = MakeMessage(1, CharsEach / 4);
+		FCVXContentBlock& Use = Call.Content.AddDefaulted_GetRef();
+		Use.Type = TEXT("tool_use");
+		Use.ToolUseId = FString::Printf(TEXT("toolu_%024d"), Index);
+		Use.ToolName = Index % 8 == 1 ? TEXT("write_file") : TEXT("read_file");
+		Use.InputJson = FString::Printf(TEXT("{\"path\": \"Source/Door%d.cpp\", \"content\": \"%s\"}"), Index % 200,
+			*Call.Content[0].Text.Replace(TEXT("\n"), TEXT(" ")).Replace(TEXT("\""), TEXT(" ")));
+		FCVXMessage Answer;
+		Answer.Role = ECVXMessageRole::Tool;
+		FCVXContentBlock& Result = Answer.Content.AddDefaulted_GetRef();
+		Result.Type = TEXT("tool_result");
+		Result.ToolUseId = Use.ToolUseId;
+		Result.ToolName = Use.ToolName;
+		Result.ToolResultContent = MakeMessage(Index, CharsEach).Content[0].Text;
+		Context.AddMessage(MoveTemp(Call));
+		Context.AddMessage(MoveTemp(Answer));
+	}
+}
+
+/**
+ * The messages of one request out of ten thousand, in a window of 200,000 tokens. Arg: characters of a message, so that
+ * all, a fifth or a hundredth of them fit.
+ */
 void AgentRequestOfTenThousandMessages(benchmark::State& State)
 {
-	const FAgentProject Project;
-	const TSharedRef<FCVXTask> Task = MakeTask(10000, 400);
+	FCVXContextManager Context(200000);
+	AddTurns(Context, 10000, static_cast<int32>(State.range(0)));
+	const FString Prompt = FString::ChrN(20000, TEXT('x'));
+	int32 Kept = 0;
+	for (auto Unused : State)
+	{
+		Kept = Context.GetMessagesForRequest(Prompt).Num();
+	}
+	State.counters["kept"] = Kept;
+}
+BENCHMARK(AgentRequestOfTenThousandMessages)->Arg(40)->Arg(400)->Arg(4000)->Unit(benchmark::kMillisecond);
+
+/** The first such request, behind which the summary of what is left out goes on from where it was. */
+void AgentFirstRequestOfTenThousandMessages(benchmark::State& State)
+{
+	FCVXContextManager Fresh(200000);
+	AddTurns(Fresh, 10000, 400);
 	const FString Prompt = FString::ChrN(20000, TEXT('x'));
 	for (auto Unused : State)
 	{
-		benchmark::DoNotOptimize(Task->GetAgentLoop()->GetContextManager().GetMessagesForRequest(Prompt));
+		State.PauseTiming();
+		TOptional<FCVXContextManager> Context(Fresh);
+		State.ResumeTiming();
+		TArray<FCVXMessage> Messages = Context->GetMessagesForRequest(Prompt);
+		State.PauseTiming();
+		Messages.Empty();
+		Context.Reset();
+		State.ResumeTiming();
 	}
 }
-BENCHMARK(AgentRequestOfTenThousandMessages)->Unit(benchmark::kMillisecond);
+BENCHMARK(AgentFirstRequestOfTenThousandMessages)->Unit(benchmark::kMillisecond);
 
 /** What a save of 5 MB costs the game thread: making the text. */
 void AgentSaveOnTheGameThread(benchmark::State& State)

@@ -263,6 +263,12 @@ bool FCVXJsonCursor::SkipWord(FStringView Word)
 	return true;
 }
 
+bool FCVXJsonCursor::ReadBool(bool& bOut)
+{
+	bOut = IsAt(TEXT('t'));
+	return SkipWord(bOut ? TEXTVIEW("true") : TEXTVIEW("false"));
+}
+
 bool FCVXJsonCursor::SkipValue()
 {
 	SkipSpace();

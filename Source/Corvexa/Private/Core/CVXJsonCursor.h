@@ -21,6 +21,7 @@ public:
 	bool IsAtArray() { return IsAt(TEXT('[')); }
 	bool IsAtString() { return IsAt(TEXT('"')); }
 	bool IsAtNumber();
+	bool IsAtBool() { return IsAt(TEXT('t')) || IsAt(TEXT('f')); }
 
 	/**
 	 * Reads an object. ReadMember is called with the name of each member, good until the cursor is used next; it reads
@@ -37,6 +38,7 @@ public:
 	bool ReadString(FStringView& Out);
 	/** Reads a number and cuts its fraction. */
 	bool ReadInteger(int32& Out);
+	bool ReadBool(bool& bOut);
 	/** Passes over a value of any kind, checking it. */
 	bool SkipValue();
 

@@ -2,8 +2,9 @@
 
 #include "Agent/Checkpoints/CVXCheckpointLog.h"
 #include "Agent/Tasks/CVXTask.h"
-#include "Core/CVXJsonObject.h"
+#include "Core/CVXJsonMembers.h"
 #include "Misc/Guid.h"
+#include "Misc/Optional.h"
 #include "Policies/CondensedJsonPrintPolicy.h"
 #include "Serialization/JsonWriter.h"
 
@@ -14,20 +15,43 @@ using FWriter = TJsonWriter<TCHAR, TCondensedJsonPrintPolicy<TCHAR>>;
 /** Indexed by ECVXMessageRole. */
 constexpr const TCHAR* RoleNames[] = {TEXT("system"), TEXT("user"), TEXT("assistant"), TEXT("tool")};
 
+struct FBlockText
+{
+	const TCHAR* Name;
+	FString FCVXContentBlock::*Field;
+};
+
+/** The texts of every block, in the order written. */
+constexpr FBlockText BlockTexts[] = {
+	{TEXT("type"), &FCVXContentBlock::Type},
+	{TEXT("text"), &FCVXContentBlock::Text},
+	{TEXT("tool_use_id"), &FCVXContentBlock::ToolUseId},
+	{TEXT("tool_name"), &FCVXContentBlock::ToolName},
+	{TEXT("input_json"), &FCVXContentBlock::InputJson},
+	{TEXT("tool_result_content"), &FCVXContentBlock::ToolResultContent},
+};
+/** Behind them, those of an image. */
+constexpr FBlockText ImageTexts[] = {
+	{TEXT("image_base64"), &FCVXContentBlock::ImageBase64},
+	{TEXT("image_media_type"), &FCVXContentBlock::ImageMediaType},
+};
+
+void WriteTexts(FWriter& Writer, const FCVXContentBlock& Block, TArrayView<const FBlockText> Texts)
+{
+	for (const FBlockText& Text : Texts)
+	{
+		Writer.WriteValue(Text.Name, Block.*Text.Field);
+	}
+}
+
 void WriteBlock(FWriter& Writer, const FCVXContentBlock& Block)
 {
 	Writer.WriteObjectStart();
-	Writer.WriteValue(TEXT("type"), Block.Type);
-	Writer.WriteValue(TEXT("text"), Block.Text);
-	Writer.WriteValue(TEXT("tool_use_id"), Block.ToolUseId);
-	Writer.WriteValue(TEXT("tool_name"), Block.ToolName);
-	Writer.WriteValue(TEXT("input_json"), Block.InputJson);
-	Writer.WriteValue(TEXT("tool_result_content"), Block.ToolResultContent);
+	WriteTexts(Writer, Block, BlockTexts);
 	Writer.WriteValue(TEXT("is_error"), Block.bIsError);
 	if (Block.Type == TEXT("image"))
 	{
-		Writer.WriteValue(TEXT("image_base64"), Block.ImageBase64);
-		Writer.WriteValue(TEXT("image_media_type"), Block.ImageMediaType);
+		WriteTexts(Writer, Block, ImageTexts);
 	}
 	Writer.WriteObjectEnd();
 }
@@ -68,22 +92,94 @@ void WriteIdentity(FWriter& Writer, const FCVXTask& Task)
 	Writer.WriteValue(TEXT("is_sub_task"), Task.bIsSubTask);
 }
 
-FCVXContentBlock ReadBlock(const FJsonObject& Object)
+/** One element of "messages", before it is known whether it can be used. */
+struct FStoredMessage
 {
-	FCVXContentBlock Block;
-	Object.TryGetStringField(TEXT("type"), Block.Type);
-	Object.TryGetStringField(TEXT("text"), Block.Text);
-	Object.TryGetStringField(TEXT("tool_use_id"), Block.ToolUseId);
-	Object.TryGetStringField(TEXT("tool_name"), Block.ToolName);
-	Object.TryGetStringField(TEXT("input_json"), Block.InputJson);
-	Object.TryGetStringField(TEXT("tool_result_content"), Block.ToolResultContent);
-	Object.TryGetBoolField(TEXT("is_error"), Block.bIsError);
-	Object.TryGetStringField(TEXT("image_base64"), Block.ImageBase64);
-	Object.TryGetStringField(TEXT("image_media_type"), Block.ImageMediaType);
-	return Block;
+	FString Role;
+	FCVXMessage Message;
+	bool bIsObject = false;
+};
+
+/** What a text holds. */
+struct FStoredTask
+{
+	bool bHasMessages = false;
+	TArray<FStoredMessage> Messages;
+	FString Title;
+	FString CreatedAt;
+	FString AgentProfile;
+	FString ParentTaskId;
+	int32 NestingDepth = 0;
+	bool bIsSubTask = false;
+	TOptional<FString> TodoList;
+};
+
+bool ReadBlock(FCVXJsonCursor& Cursor, FCVXContentBlock& OutBlock)
+{
+	FCVXJsonMembers Reader(Cursor);
+	return Reader.Read(
+		[&]
+		{
+			for (const FBlockText& Text : BlockTexts)
+			{
+				Reader.Text(Text.Name, OutBlock.*Text.Field);
+			}
+			for (const FBlockText& Text : ImageTexts)
+			{
+				Reader.Text(Text.Name, OutBlock.*Text.Field);
+			}
+			Reader.Bool(TEXT("is_error"), OutBlock.bIsError);
+		});
 }
 
-bool ReadRole(const FString& Name, ECVXMessageRole& OutRole)
+bool ReadMessage(FCVXJsonCursor& Cursor, FStoredMessage& OutStored)
+{
+	OutStored.bIsObject = Cursor.IsAtObject();
+	if (!OutStored.bIsObject)
+	{
+		return Cursor.SkipValue();
+	}
+	FCVXMessage& Message = OutStored.Message;
+	FCVXJsonMembers Reader(Cursor);
+	return Reader.Read(
+		[&]
+		{
+			Reader.Text(TEXT("id"), Message.MessageId);
+			Reader.Text(TEXT("role"), OutStored.Role);
+			Reader.Text(TEXT("agent_name"), Message.AgentName);
+			Reader.Text(TEXT("reasoning_content"), Message.ReasoningContent);
+			Reader.Array(TEXT("content"),
+				[&] {
+					return Cursor.IsAtObject() ? ReadBlock(Cursor, Message.Content.AddDefaulted_GetRef())
+											   : Cursor.SkipValue();
+				});
+		});
+}
+
+/** @return false when the text is no JSON object. */
+bool ReadStoredTask(const FString& Json, FStoredTask& Out)
+{
+	FCVXJsonCursor Cursor(Json);
+	FCVXJsonMembers Reader(Cursor);
+	const bool bRead = Reader.Read(
+		[&]
+		{
+			Reader.Text(TEXT("title"), Out.Title);
+			Reader.Text(TEXT("created_at"), Out.CreatedAt);
+			Reader.Text(TEXT("agent_profile"), Out.AgentProfile);
+			Reader.Text(TEXT("parent_task_id"), Out.ParentTaskId);
+			Reader.Text(TEXT("todo_list"), Out.TodoList);
+			Reader.Integer(TEXT("nesting_depth"), Out.NestingDepth);
+			Reader.Bool(TEXT("is_sub_task"), Out.bIsSubTask);
+			if (Reader.Array(TEXT("messages"), [&] { return ReadMessage(Cursor, Out.Messages.AddDefaulted_GetRef()); }))
+			{
+				Out.bHasMessages = true;
+			}
+		});
+	return bRead && Cursor.IsAtEnd();
+}
+
+bool FindRole(const FString& Name, ECVXMessageRole& OutRole)
 {
 	for (int32 Index = 0; Index < UE_ARRAY_COUNT(RoleNames); ++Index)
 	{
@@ -109,81 +205,66 @@ bool ValidateMessage(const FCVXMessage& Message, int32 Index, const FString& Pat
 	return true;
 }
 
-/** @return whether OutMessage is one that the history can take. */
-bool ReadMessage(const FJsonObject& Object, int32 Index, const FString& Path, FCVXMessage& OutMessage)
+/** @return whether the message is one that the history can take. */
+bool Accept(FStoredMessage& Stored, int32 Index, const FString& Path)
 {
-	FString Role;
-	Object.TryGetStringField(TEXT("role"), Role);
-	if (!ReadRole(Role, OutMessage.Role))
+	if (!Stored.bIsObject)
 	{
-		UE_LOG(LogCVXCheckpoint, Warning, TEXT("H7: Unknown role '%s' at message %d in %s — skipping"), *Role, Index,
-			*Path);
 		return false;
 	}
-	const TArray<TSharedPtr<FJsonValue>>* Blocks = nullptr;
-	if (Object.TryGetArrayField(TEXT("content"), Blocks))
+	if (!FindRole(Stored.Role, Stored.Message.Role))
 	{
-		for (const TSharedPtr<FJsonValue>& Value : *Blocks)
-		{
-			const TSharedPtr<FJsonObject>* Block = nullptr;
-			if (Value->TryGetObject(Block))
-			{
-				OutMessage.Content.Add(ReadBlock(**Block));
-			}
-		}
+		UE_LOG(LogCVXCheckpoint, Warning, TEXT("H7: Unknown role '%s' at message %d in %s — skipping"), *Stored.Role,
+			Index, *Path);
+		return false;
 	}
-	Object.TryGetStringField(TEXT("agent_name"), OutMessage.AgentName);
-	Object.TryGetStringField(TEXT("reasoning_content"), OutMessage.ReasoningContent);
-	if (!Object.TryGetStringField(TEXT("id"), OutMessage.MessageId) || OutMessage.MessageId.IsEmpty())
+	if (Stored.Message.MessageId.IsEmpty())
 	{
-		OutMessage.MessageId = FGuid::NewGuid().ToString(EGuidFormats::Digits);
+		Stored.Message.MessageId = FGuid::NewGuid().ToString(EGuidFormats::Digits);
 	}
-	return ValidateMessage(OutMessage, Index, Path);
+	return ValidateMessage(Stored.Message, Index, Path);
 }
 
-int32 ReadMessages(const TArray<TSharedPtr<FJsonValue>>& Values, const FString& Path, FCVXContextManager& Context)
+int32 RestoreMessages(TArray<FStoredMessage>& Messages, const FString& Path, FCVXContextManager& Context)
 {
 	int32 Restored = 0;
-	for (int32 Index = 0; Index < Values.Num(); ++Index)
+	for (int32 Index = 0; Index < Messages.Num(); ++Index)
 	{
-		const TSharedPtr<FJsonObject>* Object = nullptr;
-		FCVXMessage Message;
-		if (Values[Index]->TryGetObject(Object) && ReadMessage(**Object, Index, Path, Message))
+		if (Accept(Messages[Index], Index, Path))
 		{
-			Context.AddMessage(Message);
+			Context.AddMessage(MoveTemp(Messages[Index].Message));
 			++Restored;
 		}
 	}
-	if (Restored < Values.Num())
+	if (Restored < Messages.Num())
 	{
 		UE_LOG(LogCVXCheckpoint, Warning, TEXT("H7: Restored %d messages, skipped %d invalid entries from %s"),
-			Restored, Values.Num() - Restored, *Path);
+			Restored, Messages.Num() - Restored, *Path);
 	}
 	return Restored;
 }
 
-void ReadIdentity(const FJsonObject& Object, FCVXTask& Task)
+void RestoreIdentity(const FStoredTask& Stored, FCVXTask& Task)
 {
-	FString Text;
-	if (Object.TryGetStringField(TEXT("title"), Text) && !Text.IsEmpty())
+	if (!Stored.Title.IsEmpty())
 	{
-		Task.SetTitle(Text);
+		Task.SetTitle(Stored.Title);
 	}
 	FDateTime CreatedAt;
-	if (Object.TryGetStringField(TEXT("created_at"), Text) && FDateTime::ParseIso8601(*Text, CreatedAt))
+	if (FDateTime::ParseIso8601(*Stored.CreatedAt, CreatedAt))
 	{
 		Task.SetCreatedAt(CreatedAt);
 	}
-	if (Object.TryGetStringField(TEXT("agent_profile"), Text) && !Text.IsEmpty())
+	if (!Stored.AgentProfile.IsEmpty())
 	{
-		Task.SetAgentProfileName(Text);
+		Task.SetAgentProfileName(Stored.AgentProfile);
 	}
-	Object.TryGetStringField(TEXT("parent_task_id"), Task.ParentTaskId);
-	Object.TryGetNumberField(TEXT("nesting_depth"), Task.NestingDepth);
-	Object.TryGetBoolField(TEXT("is_sub_task"), Task.bIsSubTask);
-	if (Object.TryGetStringField(TEXT("todo_list"), Text))
+	Task.ParentTaskId = Stored.ParentTaskId;
+	Task.NestingDepth = Stored.NestingDepth;
+	Task.bIsSubTask = Stored.bIsSubTask;
+	if (Stored.TodoList.IsSet())
 	{
-		Task.GetTodoList().UpdateFromJson(Text);
+		Task.GetTodoList().UpdateFromJson(*Stored.TodoList);
 	}
 }
 } // namespace
@@ -209,22 +290,24 @@ FString CVXCheckpointJson::Write(const FCVXTask& Task)
 	return Json;
 }
 
-bool CVXCheckpointJson::IsObject(const FString& Json)
+CVXCheckpointJson::EReadResult CVXCheckpointJson::Read(
+	const FString& Json, const FString& Path, FCVXTask& Task, int32& OutMessageCount)
 {
-	return CVXJsonObject::Parse(Json).IsValid();
-}
-
-bool CVXCheckpointJson::Read(const FString& Json, const FString& Path, FCVXTask& Task, int32& OutMessageCount)
-{
-	const TSharedPtr<FJsonObject> Object = CVXJsonObject::Parse(Json);
+	FStoredTask Stored;
+	Stored.ParentTaskId = Task.ParentTaskId;
+	Stored.NestingDepth = Task.NestingDepth;
+	Stored.bIsSubTask = Task.bIsSubTask;
+	if (!ReadStoredTask(Json, Stored))
+	{
+		return EReadResult::NoObject;
+	}
 	Task.GetAgentLoop()->ClearHistory();
-	const TArray<TSharedPtr<FJsonValue>>* Messages = nullptr;
-	if (!Object || !Object->TryGetArrayField(TEXT("messages"), Messages))
+	if (!Stored.bHasMessages)
 	{
 		UE_LOG(LogCVXCheckpoint, Error, TEXT("H7: Checkpoint missing 'messages' array: %s"), *Path);
-		return false;
+		return EReadResult::NoMessages;
 	}
-	OutMessageCount = ReadMessages(*Messages, Path, Task.GetAgentLoop()->GetContextManager());
-	ReadIdentity(*Object, Task);
-	return true;
+	OutMessageCount = RestoreMessages(Stored.Messages, Path, Task.GetAgentLoop()->GetContextManager());
+	RestoreIdentity(Stored, Task);
+	return EReadResult::Done;
 }

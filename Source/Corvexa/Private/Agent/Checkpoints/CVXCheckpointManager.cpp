@@ -213,15 +213,19 @@ bool FCVXCheckpointManager::RestoreCheckpoint(FCVXTask& Task, const FString& Pat
 		UE_LOG(LogCVXCheckpoint, Error, TEXT("Failed to load checkpoint: %s"), *Path);
 		return false;
 	}
-	if (!CVXCheckpointJson::IsObject(Json))
+	if (!Task.GetAgentLoop())
+	{
+		return false;
+	}
+	int32 MessageCount = 0;
+	const CVXCheckpointJson::EReadResult Result = CVXCheckpointJson::Read(Json, Path, Task, MessageCount);
+	if (Result == CVXCheckpointJson::EReadResult::NoObject)
 	{
 		const FString Backup = Path + TEXT(".corrupted");
 		IFileManager::Get().Copy(*Backup, *Path, true);
 		UE_LOG(LogCVXCheckpoint, Error, TEXT("H7: Corrupted checkpoint JSON — backed up to %s: %s"), *Backup, *Path);
-		return false;
 	}
-	int32 MessageCount = 0;
-	if (!Task.GetAgentLoop() || !CVXCheckpointJson::Read(Json, Path, Task, MessageCount))
+	if (Result != CVXCheckpointJson::EReadResult::Done)
 	{
 		return false;
 	}

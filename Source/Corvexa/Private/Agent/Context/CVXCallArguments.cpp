@@ -1,18 +1,30 @@
 #include "Agent/Context/CVXCallArguments.h"
 
-#include "Core/CVXJsonObject.h"
+#include "Core/CVXJsonCursor.h"
 
 FString CVXCallArguments::GetPath(const FString& ArgumentsJson)
 {
+	FString FilePath;
 	FString Path;
-	if (const TSharedPtr<FJsonObject> Object = CVXJsonObject::Parse(ArgumentsJson))
-	{
-		if (!Object->TryGetStringField(TEXT("file_path"), Path) || Path.IsEmpty())
+	FCVXJsonCursor Cursor(ArgumentsJson);
+	const bool bRead = Cursor.ReadObject(
+		[&](FStringView Name)
 		{
-			Object->TryGetStringField(TEXT("path"), Path);
-		}
+			if (!Cursor.IsAtString())
+			{
+				return Cursor.SkipValue();
+			}
+			if (Name.Equals(TEXT("file_path"), ESearchCase::IgnoreCase))
+			{
+				return Cursor.ReadString(FilePath);
+			}
+			return Name.Equals(TEXT("path"), ESearchCase::IgnoreCase) ? Cursor.ReadString(Path) : Cursor.SkipValue();
+		});
+	if (!bRead || !Cursor.IsAtEnd())
+	{
+		return FString();
 	}
-	return Path;
+	return FilePath.IsEmpty() ? Path : FilePath;
 }
 
 bool CVXCallArguments::IsFileWrite(const FString& ToolName)

@@ -9,21 +9,21 @@ namespace
 {
 /** The id of the message that stands for what a request left out. */
 constexpr const TCHAR* SummaryMessageId = TEXT("context-summary");
+constexpr int32 NotEstimated = -1;
 } // namespace
 
-void FCVXContextManager::AddMessage(const FCVXMessage& Message)
+void FCVXContextManager::AddMessage(FCVXMessage Message)
 {
-	const int32 Tokens = EstimateTokensForMessage(Message);
-	RunningMessageTokens += Tokens;
-	TokenCache.Add(Tokens);
-	History.Add(Message);
+	TokenCache.Add(NotEstimated);
+	History.Add(MoveTemp(Message));
 }
 
 void FCVXContextManager::Clear()
 {
 	History.Empty();
 	TokenCache.Empty();
-	RunningMessageTokens = 0;
+	DroppedSummary = FCVXContextSummary();
+	SummarizedEnd = 0;
 }
 
 int32 FCVXContextManager::GetMessageBudget(const FString& SystemPrompt) const
@@ -33,7 +33,22 @@ int32 FCVXContextManager::GetMessageBudget(const FString& SystemPrompt) const
 
 int32 FCVXContextManager::GetMessageTokens(int32 Index) const
 {
-	return TokenCache.IsValidIndex(Index) ? TokenCache[Index] : EstimateTokensForMessage(History[Index]);
+	int32& Tokens = TokenCache[Index];
+	if (Tokens == NotEstimated)
+	{
+		Tokens = EstimateTokensForMessage(History[Index]);
+	}
+	return Tokens;
+}
+
+int32 FCVXContextManager::GetRunningMessageTokens() const
+{
+	int32 Sum = 0;
+	for (int32 Index = 0; Index < History.Num(); ++Index)
+	{
+		Sum += GetMessageTokens(Index);
+	}
+	return Sum;
 }
 
 FCVXContextManager::FSelection FCVXContextManager::SelectNewest(int32 Budget) const
@@ -67,39 +82,44 @@ TArray<FCVXMessage> FCVXContextManager::GetMessagesForRequest(const FString& Sys
 	const int32 Budget = GetMessageBudget(SystemPrompt);
 	const FSelection Selection = SelectNewest(Budget);
 	TArray<FCVXMessage> Kept;
-	for (int32 Index = Selection.CutIndex + 1; Index < History.Num(); ++Index)
-	{
-		if (History[Index].Role != ECVXMessageRole::System)
-		{
-			Kept.Add(History[Index]);
-		}
-	}
+	Kept.Reserve(History.Num() - Selection.CutIndex);
 	if (Selection.CutIndex != INDEX_NONE)
 	{
 		UE_LOG(LogCorvexa, Log, TEXT("CVXContextManager: truncated %d/%d messages (budget=%d, used=%d tokens)"),
 			Selection.CutIndex + 1, History.Num(), Budget, Selection.UsedTokens);
-		PutSummaryOfDropped(Selection.CutIndex, Kept);
+		const FCVXContextSummary& Summary = SummarizeUpTo(Selection.CutIndex);
+		if (Summary.GetMessageCount() > 0)
+		{
+			Kept.Add(CVXHiddenMessage::Make(Summary.Write(SummaryTokens), SummaryMessageId));
+		}
+	}
+	for (int32 Index = Selection.CutIndex + 1; Index < History.Num(); ++Index)
+	{
+		const FCVXMessage& Message = History[Index];
+		// An older summary would stand beside the one of now.
+		const bool bReplaced = Selection.CutIndex != INDEX_NONE && Message.MessageId == SummaryMessageId;
+		if (Message.Role != ECVXMessageRole::System && !bReplaced)
+		{
+			Kept.Add(Message);
+		}
 	}
 	CVXToolPairing::Restore(Kept);
 	return Kept;
 }
 
-void FCVXContextManager::PutSummaryOfDropped(int32 CutIndex, TArray<FCVXMessage>& Kept) const
+const FCVXContextSummary& FCVXContextManager::SummarizeUpTo(int32 CutIndex) const
 {
-	Kept.RemoveAll([](const FCVXMessage& Message) { return Message.MessageId == SummaryMessageId; });
-	TArray<FCVXMessage> Dropped;
-	for (int32 Index = 0; Index <= CutIndex; ++Index)
+	if (CutIndex + 1 < SummarizedEnd)
 	{
-		if (History[Index].Role != ECVXMessageRole::System)
-		{
-			Dropped.Add(History[Index]);
-		}
+		// The window has grown since.
+		DroppedSummary = FCVXContextSummary();
+		SummarizedEnd = 0;
 	}
-	const FString Summary = Dropped.IsEmpty() ? FString() : SummarizeDroppedMessages(Dropped, SummaryTokens);
-	if (!Summary.IsEmpty())
+	for (; SummarizedEnd <= CutIndex; ++SummarizedEnd)
 	{
-		Kept.Insert(CVXHiddenMessage::Make(Summary, SummaryMessageId), 0);
+		DroppedSummary.Add(History[SummarizedEnd]);
 	}
+	return DroppedSummary;
 }
 
 int32 FCVXContextManager::EstimateTokenCount(const FString& SystemPrompt) const

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Core/CVXTypes.h"
+#include "Agent/Context/CVXContextSummary.h"
 
 /**
  * The history of one agent loop, and what of it each request shows the model. The history is never trimmed: a request
@@ -21,15 +21,15 @@ public:
 	{
 	}
 
-	/** Adds a copy at the end, with its estimate. */
-	void AddMessage(const FCVXMessage& Message);
+	/** Adds a message at the end. */
+	void AddMessage(FCVXMessage Message);
 	void Clear();
 
 	const TArray<FCVXMessage>& GetHistory() const { return History; }
 	int32 GetMaxContextTokens() const { return MaxContextTokens; }
 	void SetMaxContextTokens(int32 Tokens) { MaxContextTokens = Tokens; }
 	/** The sum of the estimates of all messages added. */
-	int32 GetRunningMessageTokens() const { return RunningMessageTokens; }
+	int32 GetRunningMessageTokens() const;
 
 	/**
 	 * The newest messages that fit beside the prompt. The list is empty or begins with a user message, holds no system
@@ -59,11 +59,15 @@ private:
 	int32 GetMessageBudget(const FString& SystemPrompt) const;
 	FSelection SelectNewest(int32 Budget) const;
 	int32 GetMessageTokens(int32 Index) const;
-	void PutSummaryOfDropped(int32 CutIndex, TArray<FCVXMessage>& Kept) const;
+	const FCVXContextSummary& SummarizeUpTo(int32 CutIndex) const;
 
 	TArray<FCVXMessage> History;
-	/** The estimate of each message of History, index for index. */
-	TArray<int32> TokenCache;
+	/** The estimate of each message of History, index for index; below 0 until somebody asks for it. What was restored
+	 * and never asked about again costs nothing. */
+	mutable TArray<int32> TokenCache;
 	int32 MaxContextTokens;
-	int32 RunningMessageTokens = 0;
+	/** The summary of the messages below SummarizedEnd. From request to request the cut moves on by a few messages, of
+	 * which alone it must take note. */
+	mutable FCVXContextSummary DroppedSummary;
+	mutable int32 SummarizedEnd = 0;
 };

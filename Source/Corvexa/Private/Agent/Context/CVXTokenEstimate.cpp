@@ -11,54 +11,72 @@ constexpr float TokensPerDigit = 0.4f;
 constexpr int32 MinImageTokens = 85;
 constexpr int32 Base64CharsPerImageToken = 100;
 
-bool IsCjkIdeograph(TCHAR Char)
+/** What counts alike. */
+enum class ECharClass : uint8
 {
-	return Char >= 0x4E00 && Char <= 0x9FFF;
+	Space,
+	Letter,
+	Digit,
+	/** An ASCII sign, or an ideograph: a token of its own. */
+	Whole,
+	/** Any other unit: half a token. */
+	Half,
+};
+
+ECharClass Classify(TCHAR Char)
+{
+	if (FChar::IsWhitespace(Char))
+	{
+		return ECharClass::Space;
+	}
+	if (Char >= 0x4E00 && Char <= 0x9FFF)
+	{
+		return ECharClass::Whole;
+	}
+	if (FChar::IsAlpha(Char))
+	{
+		return ECharClass::Letter;
+	}
+	if (FChar::IsDigit(Char))
+	{
+		return ECharClass::Digit;
+	}
+	return Char <= 127 ? ECharClass::Whole : ECharClass::Half;
 }
 
-/** @return the index behind the run of characters that pass the test, which the first one does. */
-template <typename TestType>
-int32 EndOfRun(FStringView Text, int32 Start, TestType Test)
+/** The classes of ASCII, which most text consists of, at hand. */
+struct FAsciiClasses
 {
-	int32 End = Start + 1;
-	while (End < Text.Len() && Test(Text[End]))
+	FAsciiClasses()
 	{
-		++End;
+		for (int32 Char = 0; Char < UE_ARRAY_COUNT(Classes); ++Char)
+		{
+			Classes[Char] = Classify(static_cast<TCHAR>(Char));
+		}
 	}
-	return End;
-}
 
-bool IsLetter(TCHAR Char)
-{
-	return FChar::IsAlpha(Char) && !IsCjkIdeograph(Char);
-}
+	ECharClass Of(TCHAR Char) const { return Char < UE_ARRAY_COUNT(Classes) ? Classes[Char] : Classify(Char); }
 
-bool IsDigit(TCHAR Char)
-{
-	return FChar::IsDigit(Char);
-}
+private:
+	ECharClass Classes[128];
+};
 
-/** Adds the cost of a run at Index. @return the index behind it. */
-int32 AddRun(FStringView Text, int32 Index, float& Sum)
+float CostOfRun(ECharClass Class, int32 Length)
 {
-	const TCHAR Char = Text[Index];
-	if (IsLetter(Char))
+	switch (Class)
 	{
-		const int32 End = EndOfRun(Text, Index, IsLetter);
-		Sum += FMath::Max(1.0f, static_cast<float>(End - Index) * TokensPerLetter);
-		return End;
+	case ECharClass::Letter:
+		return FMath::Max(1.0f, static_cast<float>(Length) * TokensPerLetter);
+	case ECharClass::Digit:
+		return FMath::Max(1.0f, static_cast<float>(Length) * TokensPerDigit);
+	case ECharClass::Whole:
+		return static_cast<float>(Length);
+	case ECharClass::Half:
+		return static_cast<float>(Length) * 0.5f;
+	case ECharClass::Space:
+		break;
 	}
-	if (IsDigit(Char))
-	{
-		const int32 End = EndOfRun(Text, Index, IsDigit);
-		Sum += FMath::Max(1.0f, static_cast<float>(End - Index) * TokensPerDigit);
-		return End;
-	}
-	if (!FChar::IsWhitespace(Char))
-	{
-		Sum += Char <= 127 || IsCjkIdeograph(Char) ? 1.0f : 0.5f;
-	}
-	return Index + 1;
+	return 0.0f;
 }
 } // namespace
 
@@ -72,10 +90,18 @@ int32 FCVXContextManager::EstimateTokensForString(const FString& Text)
 	{
 		return FMath::Max(1, Text.Len() / 4);
 	}
+	static const FAsciiClasses Classes;
+	const TCHAR* At = *Text;
+	const TCHAR* const End = At + Text.Len();
 	float Sum = 0.0f;
-	for (int32 Index = 0; Index < Text.Len();)
+	while (At != End)
 	{
-		Index = AddRun(Text, Index, Sum);
+		const TCHAR* const Start = At;
+		const ECharClass Class = Classes.Of(*At);
+		while (++At != End && Classes.Of(*At) == Class)
+		{
+		}
+		Sum += CostOfRun(Class, static_cast<int32>(At - Start));
 	}
 	return FMath::Max(1, FMath::RoundToInt(Sum));
 }

@@ -29,31 +29,83 @@ bool IsToolResult(const FCVXContentBlock& Block)
 	return Block.Type == TEXT("tool_result");
 }
 
-/** Finds the ids that stand on one side alone. @param bAnyRole false looks for uses in assistant messages only, for
- * results in tool messages only. */
-FOrphans FindOrphans(const TArray<FCVXMessage>& Messages, bool bAnyRole)
+/** Whether the message holds a result for each call of the one before it, in any order, and no other. */
+bool AnswersCalls(const FCVXMessage& Message, const FCVXMessage& Before)
 {
-	FIdSet Uses;
-	FIdSet Results;
-	for (const FCVXMessage& Message : Messages)
+	int32 Calls = 0;
+	for (const FCVXContentBlock& Use : Before.Content)
 	{
-		for (const FCVXContentBlock& Block : Message.Content)
+		if (!IsToolUse(Use))
 		{
-			if (Block.ToolUseId.IsEmpty())
-			{
-				continue;
-			}
-			if (IsToolUse(Block) && (bAnyRole || Message.Role == ECVXMessageRole::Assistant))
-			{
-				Uses.Add(Block.ToolUseId);
-			}
-			else if (IsToolResult(Block) && (bAnyRole || Message.Role == ECVXMessageRole::Tool))
-			{
-				Results.Add(Block.ToolUseId);
-			}
+			continue;
+		}
+		++Calls;
+		const auto IsItsResult = [&](const FCVXContentBlock& Block)
+		{ return IsToolResult(Block) && Block.ToolUseId.Equals(Use.ToolUseId); };
+		if (!Algo::AnyOf(Message.Content, IsItsResult))
+		{
+			return false;
 		}
 	}
-	return {Uses.Difference(Results), Results.Difference(Uses)};
+	const auto IsOther = [](const FCVXContentBlock& Block) { return !IsToolResult(Block); };
+	return Calls == Message.Content.Num() && !Algo::AnyOf(Message.Content, IsOther);
+}
+
+/** Whether the messages at Index and behind it are an assistant's calls and all their results. */
+bool IsPair(const TArray<FCVXMessage>& Messages, int32 Index)
+{
+	return Index + 1 < Messages.Num() && Messages[Index].Role == ECVXMessageRole::Assistant &&
+		Messages[Index + 1].Role == ECVXMessageRole::Tool && AnswersCalls(Messages[Index + 1], Messages[Index]);
+}
+
+/** Adds the ids of a message to those of its side. */
+void CollectIds(const FCVXMessage& Message, bool bAnyRole, FOrphans& Out)
+{
+	for (const FCVXContentBlock& Block : Message.Content)
+	{
+		if (Block.ToolUseId.IsEmpty())
+		{
+			continue;
+		}
+		if (IsToolUse(Block) && (bAnyRole || Message.Role == ECVXMessageRole::Assistant))
+		{
+			Out.Uses.Add(Block.ToolUseId);
+		}
+		else if (IsToolResult(Block) && (bAnyRole || Message.Role == ECVXMessageRole::Tool))
+		{
+			Out.Results.Add(Block.ToolUseId);
+		}
+	}
+}
+
+/**
+ * Finds the ids that stand on one side alone. Nearly all messages are calls with their results behind them, which are
+ * whole at a glance; only what else there is goes through sets.
+ * @param bAnyRole false looks for uses in assistant messages only, for results in tool messages only.
+ */
+FOrphans FindOrphans(const TArray<FCVXMessage>& Messages, bool bAnyRole)
+{
+	FOrphans Alone;
+	TArray<int32> Pairs;
+	for (int32 Index = 0; Index < Messages.Num(); ++Index)
+	{
+		if (IsPair(Messages, Index))
+		{
+			Pairs.Add(Index++);
+			continue;
+		}
+		CollectIds(Messages[Index], bAnyRole, Alone);
+	}
+	FOrphans Orphans{Alone.Uses.Difference(Alone.Results), Alone.Results.Difference(Alone.Uses)};
+	for (int32 Pair = 0; Pair < Pairs.Num() && !Orphans.IsEmpty(); ++Pair)
+	{
+		for (const FCVXContentBlock& Block : Messages[Pairs[Pair]].Content)
+		{
+			Orphans.Uses.Remove(Block.ToolUseId);
+			Orphans.Results.Remove(Block.ToolUseId);
+		}
+	}
+	return Orphans;
 }
 
 /** @return whether one was removed. */
