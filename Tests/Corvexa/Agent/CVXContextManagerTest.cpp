@@ -175,3 +175,44 @@ TEST(CVXContextManager, NoHistoryAndNoBudgetGiveARequestThatAVendorRefuses)
 		}
 	}
 }
+
+TEST(CVXContextManager, ARequestIsTheSameWhateverWasAskedBefore)
+{
+	std::mt19937 Random(11);
+	const auto Pick = [&](int32 Count) { return static_cast<int32>(Random() % static_cast<uint32>(Count)); };
+	FCVXContextManager Grown(4000);
+	FString LastSummary;
+	for (int32 Count = 0; Count < 400; ++Count)
+	{
+		const FString Id = FString::Printf(TEXT("id%d"), Count / 2);
+		FCVXContentBlock Call = Block(TEXT("tool_use"), TEXT(""), Id, TEXT("write_file"));
+		Call.InputJson = FString::Printf(TEXT("{\"content\": \"a \\\" b\", \"path\": \"Source/%d.cpp\"}"), Pick(60));
+		Grown.AddMessage(Count % 2 ? Message(ECVXMessageRole::Tool,
+										 {Block(TEXT("tool_result"), Letters(Pick(3000)), Id, TEXT("write_file"))})
+								   : Message(ECVXMessageRole::Assistant,
+										 {Block(TEXT("text"), Letters(Pick(300)), TEXT(""), TEXT("")), Call}));
+		if (Pick(10) == 0)
+		{
+			Grown.AddMessage(FCVXMessage::MakeUserText(FString::Printf(TEXT("request %d"), Count)));
+		}
+		Grown.SetMaxContextTokens(4000 + 1000 * Pick(8));
+
+		FCVXContextManager Fresh(Grown.GetMaxContextTokens());
+		for (const FCVXMessage& Each : Grown.GetHistory())
+		{
+			Fresh.AddMessage(Each);
+		}
+		const TArray<FCVXMessage> Expected = Fresh.GetMessagesForRequest(FString());
+		const TArray<FCVXMessage> Messages = Grown.GetMessagesForRequest(FString());
+		ASSERT_EQ(Messages.Num(), Expected.Num()) << Count;
+		for (int32 Index = 0; Index < Messages.Num(); ++Index)
+		{
+			ASSERT_EQ(Messages[Index].GetFirstTextContent(), Expected[Index].GetFirstTextContent()) << Count;
+		}
+		ASSERT_EQ(Grown.GetRunningMessageTokens(), Fresh.GetRunningMessageTokens());
+		LastSummary = Messages.IsEmpty() ? FString() : Messages[0].GetFirstTextContent();
+	}
+	EXPECT_TRUE(LastSummary.Contains(TEXT("earlier requests)"))) << TCHAR_TO_UTF8(*LastSummary);
+	EXPECT_TRUE(LastSummary.Contains(TEXT("- write_file (x"))) << TCHAR_TO_UTF8(*LastSummary);
+	EXPECT_TRUE(LastSummary.Contains(TEXT("earlier operations)"))) << TCHAR_TO_UTF8(*LastSummary);
+}

@@ -29,33 +29,33 @@ bool IsToolResult(const FCVXContentBlock& Block)
 	return Block.Type == TEXT("tool_result");
 }
 
-/** Whether the message holds a result for each call of the one before it, in any order, and no other. */
-bool AnswersCalls(const FCVXMessage& Message, const FCVXMessage& Before)
+/** Whether every block of From that passes the test has one of the same id in To that passes the other. */
+template <typename TestType, typename PartnerTestType>
+bool AllHavePartners(const FCVXMessage& From, TestType Test, const FCVXMessage& To, PartnerTestType PartnerTest)
 {
-	int32 Calls = 0;
-	for (const FCVXContentBlock& Use : Before.Content)
-	{
-		if (!IsToolUse(Use))
+	return !Algo::AnyOf(From.Content,
+		[&](const FCVXContentBlock& Block)
 		{
-			continue;
-		}
-		++Calls;
-		const auto IsItsResult = [&](const FCVXContentBlock& Block)
-		{ return IsToolResult(Block) && Block.ToolUseId.Equals(Use.ToolUseId); };
-		if (!Algo::AnyOf(Message.Content, IsItsResult))
-		{
-			return false;
-		}
-	}
-	const auto IsOther = [](const FCVXContentBlock& Block) { return !IsToolResult(Block); };
-	return Calls == Message.Content.Num() && !Algo::AnyOf(Message.Content, IsOther);
+			return Test(Block) &&
+				!Algo::AnyOf(To.Content,
+					[&](const FCVXContentBlock& Partner)
+					{ return PartnerTest(Partner) && Partner.ToolUseId.Equals(Block.ToolUseId); });
+		});
 }
 
 /** Whether the messages at Index and behind it are an assistant's calls and all their results. */
 bool IsPair(const TArray<FCVXMessage>& Messages, int32 Index)
 {
-	return Index + 1 < Messages.Num() && Messages[Index].Role == ECVXMessageRole::Assistant &&
-		Messages[Index + 1].Role == ECVXMessageRole::Tool && AnswersCalls(Messages[Index + 1], Messages[Index]);
+	if (Index + 1 >= Messages.Num() || Messages[Index].Role != ECVXMessageRole::Assistant ||
+		Messages[Index + 1].Role != ECVXMessageRole::Tool)
+	{
+		return false;
+	}
+	const FCVXMessage& Calls = Messages[Index];
+	const FCVXMessage& Answers = Messages[Index + 1];
+	return Algo::AnyOf(Calls.Content, IsToolUse) && AllHavePartners(Calls, IsToolUse, Answers, IsToolResult) &&
+		AllHavePartners(Answers, IsToolResult, Calls, IsToolUse) && !Algo::AnyOf(Calls.Content, IsToolResult) &&
+		!Algo::AnyOf(Answers.Content, IsToolUse);
 }
 
 /** Adds the ids of a message to those of its side. */
