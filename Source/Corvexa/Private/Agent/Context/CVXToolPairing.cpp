@@ -101,8 +101,11 @@ FOrphans FindOrphans(const TArray<FCVXMessage>& Messages, bool bAnyRole)
 	{
 		for (const FCVXContentBlock& Block : Messages[Pairs[Pair]].Content)
 		{
-			Orphans.Uses.Remove(Block.ToolUseId);
-			Orphans.Results.Remove(Block.ToolUseId);
+			if (IsToolUse(Block))
+			{
+				Orphans.Uses.Remove(Block.ToolUseId);
+				Orphans.Results.Remove(Block.ToolUseId);
+			}
 		}
 	}
 	return Orphans;
