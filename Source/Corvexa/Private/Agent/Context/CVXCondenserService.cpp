@@ -6,6 +6,7 @@
 namespace
 {
 constexpr int32 MaxDelegationChars = 500;
+constexpr const TCHAR* DestroyedText = TEXT("Agent loop destroyed during condensing.");
 constexpr float SummaryTemperature = 0.3f;
 constexpr int32 SummaryMaxTokens = 2048;
 
@@ -83,18 +84,25 @@ void ReplaceHistory(FCVXContextManager& Context, const FString& Summary, const T
 /** One condensation under way. */
 struct FCondensation
 {
+	FCondensation() = default;
+	FCondensation(const FCondensation&) = delete;
+	FCondensation& operator=(const FCondensation&) = delete;
+
 	TWeakPtr<FCVXAgentLoop> Loop;
 	TArray<FCVXMessage> Recent;
 	FString Summary;
 	FCVXCondenserService::FOnDone OnDone;
 	bool bDone = false;
 
+	/** A provider that goes with its loop drops the callbacks, and with them the last hold on this. */
+	~FCondensation() { End(false, DestroyedText); }
+
 	void Finish()
 	{
 		const TSharedPtr<FCVXAgentLoop> Living = Loop.Pin();
 		if (!Living)
 		{
-			End(false, TEXT("Agent loop destroyed during condensing."));
+			End(false, DestroyedText);
 			return;
 		}
 		if (Summary.IsEmpty())
