@@ -110,16 +110,32 @@ TEST(CVXAgentLoop, CallsOfOneIdAreToldApart)
 	Run.MakeLoop();
 	FScriptedTool::Register(TEXT("write"), TEXT("written"), false, false);
 	FAnswer Answer = FAnswer::Call(TEXT("write"), TEXT("{\"n\":1}"), TEXT("same"));
-	Run.Model->Then(Answer.And(TEXT("write"), TEXT("{\"n\":2}"), TEXT("same"))).Then(FAnswer::Stall());
+	Run.Model->Then(Answer.And(TEXT("write"), TEXT("{\"n\":2}"), TEXT("same")))
+		.Then(FAnswer::Call(TEXT("write"), TEXT("{\"n\":3}"), TEXT("same")))
+		.Then(FAnswer::Stall());
 	Run.Submit(TEXT("Go"));
 	ASSERT_EQ(Run.Approvals.Num(), 2);
 	EXPECT_EQ(Run.Approvals[0].ToolUseId, TEXT("same"));
-	for (const FCVXApprovalRequest& Approval : TArray<FCVXApprovalRequest>(Run.Approvals))
+	for (int32 Index = 0; Index < 3; ++Index)
 	{
-		Run.Loop->ResolveApproval(Approval.ToolUseId, ECVXApprovalState::Approved, false);
+		ASSERT_TRUE(Run.Pump.Until([&] { return Run.Approvals.IsValidIndex(Index); }));
+		Run.Loop->ResolveApproval(Run.Approvals[Index].ToolUseId, ECVXApprovalState::Approved, false);
 	}
-	EXPECT_EQ(Run.Model->StartedCount, 2);
+	ASSERT_EQ(Run.Model->StartedCount, 3);
 	EXPECT_EQ(Run.Model->Requests[1].Messages.Last().Content.Num(), 2);
+	TSet<FString> Ids;
+	for (const FCVXMessage& Message : Run.Model->Requests[2].Messages)
+	{
+		for (const FCVXContentBlock& Block : Message.Content)
+		{
+			if (Block.Type == TEXT("tool_use"))
+			{
+				EXPECT_FALSE(Ids.Contains(Block.ToolUseId)) << "an earlier turn's id";
+				Ids.Add(Block.ToolUseId);
+			}
+		}
+	}
+	EXPECT_EQ(Ids.Num(), 3);
 }
 
 TEST(CVXAgentLoop, ADecisionThatNobodyTakesIsADenialAfterTenMinutes)

@@ -2,6 +2,7 @@
 
 #include "Agent/Context/CVXHiddenMessage.h"
 #include "Agent/Context/CVXToolPairing.h"
+#include "Algo/AnyOf.h"
 #include "Core/CVXLog.h"
 #include "Diagnostics/CVXPerformanceMonitor.h"
 
@@ -24,6 +25,13 @@ void FCVXContextManager::Clear()
 	TokenCache.Empty();
 	DroppedSummary = FCVXContextSummary();
 	SummarizedEnd = 0;
+}
+
+bool FCVXContextManager::HasToolUse(const FString& ToolUseId) const
+{
+	const auto IsIt = [&](const FCVXContentBlock& Block)
+	{ return Block.ToolUseId.Equals(ToolUseId) && Block.Type == TEXT("tool_use"); };
+	return Algo::AnyOf(History, [&](const FCVXMessage& Message) { return Algo::AnyOf(Message.Content, IsIt); });
 }
 
 int32 FCVXContextManager::GetMessageBudget(const FString& SystemPrompt) const

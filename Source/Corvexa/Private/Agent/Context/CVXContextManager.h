@@ -26,6 +26,8 @@ public:
 	void Clear();
 
 	const TArray<FCVXMessage>& GetHistory() const { return History; }
+	/** Whether a call of this id stands in the history. */
+	bool HasToolUse(const FString& ToolUseId) const;
 	int32 GetMaxContextTokens() const { return MaxContextTokens; }
 	void SetMaxContextTokens(int32 Tokens) { MaxContextTokens = Tokens; }
 	/** The sum of the estimates of all messages added. */

@@ -15,6 +15,9 @@
 
 namespace
 {
+/** What is put behind an id that is taken; ids stay short, because some vendors limit them. */
+constexpr int32 UniqueIdChars = 8;
+
 FCVXContentBlock MakeToolUseBlock(const FCVXToolCall& Call)
 {
 	FCVXContentBlock Block;
@@ -60,10 +63,10 @@ void FCVXAgentLoop::OnProviderToolCallComplete(const FCVXToolCall& Call)
 		return;
 	}
 	FCVXToolCall Unique = Call;
-	// Some models give one id to several calls, by which their results couldn't be told apart.
-	while (Unique.Id.IsEmpty() || !GetToolName(Unique.Id).IsEmpty())
+	// Some models give one id to several calls, in one answer or in each, by which results couldn't be told apart.
+	while (Unique.Id.IsEmpty() || !GetToolName(Unique.Id).IsEmpty() || ContextManager.HasToolUse(Unique.Id))
 	{
-		Unique.Id += FGuid::NewGuid().ToString(EGuidFormats::Digits);
+		Unique.Id = Call.Id + TEXT("_") + FGuid::NewGuid().ToString(EGuidFormats::Digits).Left(UniqueIdChars);
 	}
 	Turn.Calls.Add(MoveTemp(Unique));
 }

@@ -9,9 +9,9 @@ DEFINE_LOG_CATEGORY_STATIC(LogCVXAnthropicProvider, Log, All);
 
 namespace
 {
-const TCHAR* const kBaseURL = TEXT("https://api.anthropic.com");
-const TCHAR* const kAPIVersion = TEXT("2023-06-01");
-const TCHAR* const kBetaHeader = TEXT("interleaved-thinking-2025-05-14,prompt-caching-2024-07-31");
+constexpr const TCHAR* DefaultBaseURL = TEXT("https://api.anthropic.com");
+constexpr const TCHAR* APIVersion = TEXT("2023-06-01");
+constexpr const TCHAR* BetaHeader = TEXT("interleaved-thinking-2025-05-14,prompt-caching-2024-07-31");
 constexpr int32 DefaultContextTokens = 200000;
 
 /** The index that an event names; false for an event without one. */
@@ -38,15 +38,15 @@ int32 FCVXAnthropicProvider::GetDefaultContextTokens() const
 
 FString FCVXAnthropicProvider::GetRequestURL() const
 {
-	return FString::Printf(TEXT("%s/v1/messages"), Profile.BaseURL.IsEmpty() ? kBaseURL : *Profile.BaseURL);
+	return FString::Printf(TEXT("%s/v1/messages"), Profile.BaseURL.IsEmpty() ? DefaultBaseURL : *Profile.BaseURL);
 }
 
 void FCVXAnthropicProvider::SetHeaders(IHttpRequest& HttpRequest, const FString& ApiKey) const
 {
 	HttpRequest.SetHeader(TEXT("Content-Type"), TEXT("application/json"));
 	HttpRequest.SetHeader(TEXT("x-api-key"), ApiKey);
-	HttpRequest.SetHeader(TEXT("anthropic-version"), kAPIVersion);
-	HttpRequest.SetHeader(TEXT("anthropic-beta"), kBetaHeader);
+	HttpRequest.SetHeader(TEXT("anthropic-version"), APIVersion);
+	HttpRequest.SetHeader(TEXT("anthropic-beta"), BetaHeader);
 }
 
 FString FCVXAnthropicProvider::BuildRequestJson(const FCVXProviderRequest& Request) const

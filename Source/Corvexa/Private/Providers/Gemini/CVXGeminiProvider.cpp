@@ -7,7 +7,7 @@
 
 namespace
 {
-const TCHAR* const kBaseURL = TEXT("https://generativelanguage.googleapis.com/v1beta");
+constexpr const TCHAR* DefaultBaseURL = TEXT("https://generativelanguage.googleapis.com/v1beta");
 constexpr int32 DefaultContextTokens = 1000000;
 
 /** The vendor gives its calls no ids, so each gets one that no other call of this process has. */
@@ -36,7 +36,7 @@ int32 FCVXGeminiProvider::GetDefaultContextTokens() const
 FString FCVXGeminiProvider::GetRequestURL() const
 {
 	return FString::Printf(TEXT("%s/models/%s:streamGenerateContent?alt=sse"),
-		Profile.BaseURL.IsEmpty() ? kBaseURL : *Profile.BaseURL, *Profile.ModelId);
+		Profile.BaseURL.IsEmpty() ? DefaultBaseURL : *Profile.BaseURL, *Profile.ModelId);
 }
 
 void FCVXGeminiProvider::SetHeaders(IHttpRequest& HttpRequest, const FString& ApiKey) const

@@ -7,7 +7,7 @@ namespace
 {
 using CVXProviderJson::FWriter;
 
-const TCHAR* const kOpenAIDomain = TEXT("api.openai.com");
+constexpr const TCHAR* OpenAIDomain = TEXT("api.openai.com");
 
 bool IsText(const FCVXContentBlock& Block)
 {
@@ -173,7 +173,7 @@ void WriteTools(FWriter& Writer, const TArray<FCVXToolDescriptor>& Tools)
 /** The vendor renamed the limit for its own API; all who copied the dialect kept the old name. */
 FStringView GetLimitName(const FString& BaseURL)
 {
-	const bool bCopied = !BaseURL.IsEmpty() && !BaseURL.Contains(kOpenAIDomain);
+	const bool bCopied = !BaseURL.IsEmpty() && !BaseURL.Contains(OpenAIDomain);
 	return bCopied ? TEXTVIEW("max_tokens") : TEXTVIEW("max_completion_tokens");
 }
 } // namespace

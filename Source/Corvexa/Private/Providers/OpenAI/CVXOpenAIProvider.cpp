@@ -6,9 +6,9 @@
 
 namespace
 {
-const TCHAR* const kBaseURL = TEXT("https://api.openai.com/v1");
-const TCHAR* const kOpenRouterDomain = TEXT("openrouter.ai");
-const TCHAR* const kProductURL = TEXT("https://corvexa.example");
+constexpr const TCHAR* DefaultBaseURL = TEXT("https://api.openai.com/v1");
+constexpr const TCHAR* OpenRouterDomain = TEXT("openrouter.ai");
+constexpr const TCHAR* ProductURL = TEXT("https://corvexa.example");
 constexpr int32 DefaultContextTokens = 128000;
 } // namespace
 
@@ -29,16 +29,16 @@ int32 FCVXOpenAIProvider::GetDefaultContextTokens() const
 
 FString FCVXOpenAIProvider::GetRequestURL() const
 {
-	return FString::Printf(TEXT("%s/chat/completions"), Profile.BaseURL.IsEmpty() ? kBaseURL : *Profile.BaseURL);
+	return FString::Printf(TEXT("%s/chat/completions"), Profile.BaseURL.IsEmpty() ? DefaultBaseURL : *Profile.BaseURL);
 }
 
 void FCVXOpenAIProvider::SetHeaders(IHttpRequest& HttpRequest, const FString& ApiKey) const
 {
 	HttpRequest.SetHeader(TEXT("Content-Type"), TEXT("application/json"));
 	HttpRequest.SetHeader(TEXT("Authorization"), FString::Printf(TEXT("Bearer %s"), *ApiKey));
-	if (Profile.BaseURL.Contains(kOpenRouterDomain))
+	if (Profile.BaseURL.Contains(OpenRouterDomain))
 	{
-		HttpRequest.SetHeader(TEXT("HTTP-Referer"), kProductURL);
+		HttpRequest.SetHeader(TEXT("HTTP-Referer"), ProductURL);
 		HttpRequest.SetHeader(TEXT("X-Title"), TEXT("Corvexa"));
 	}
 }
