@@ -32,15 +32,8 @@ class FArrayProperty : public FContainerProperty
 	FProperty* Inner = nullptr;
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	void InitializeOne(void* Dest) const override;
-	void DestroyOne(void* Dest) const override;
-	void CopyValue(void* Dest, const void* Source) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_VALUE_LIFE()
+	DECLARE_PROPERTY_VALUE_FORM()
 };
 
 class FSetProperty : public FContainerProperty
@@ -63,15 +56,8 @@ class FSetProperty : public FContainerProperty
 	FScriptSetLayout SetLayout{};
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	void InitializeOne(void* Dest) const override;
-	void DestroyOne(void* Dest) const override;
-	void CopyValue(void* Dest, const void* Source) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_VALUE_LIFE()
+	DECLARE_PROPERTY_VALUE_FORM()
 };
 
 /** Where the value lies in a pair, and the set of pairs. */
@@ -103,13 +89,6 @@ class FMapProperty : public FContainerProperty
 	FScriptMapLayout MapLayout;
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	void InitializeOne(void* Dest) const override;
-	void DestroyOne(void* Dest) const override;
-	void CopyValue(void* Dest, const void* Source) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_VALUE_LIFE()
+	DECLARE_PROPERTY_VALUE_FORM()
 };

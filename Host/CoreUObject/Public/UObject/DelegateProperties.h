@@ -14,12 +14,7 @@ class FDelegateProperty : public TProperty<FScriptDelegate, FProperty>
 	UFunction* SignatureFunction = nullptr;
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_VALUE_FORM()
 };
 
 /** Any number of objects' functions. */
@@ -33,10 +28,5 @@ class FMulticastDelegateProperty : public TProperty<FMulticastScriptDelegate, FP
 	UFunction* SignatureFunction = nullptr;
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_VALUE_FORM()
 };

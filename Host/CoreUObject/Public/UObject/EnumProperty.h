@@ -15,11 +15,7 @@ class FByteProperty : public TNumericProperty<uint8>
 	UEnum* Enum = nullptr;
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_TEXT()
 };
 
 /** An enumerator of a scoped enumeration, stored as the number type underneath. */
@@ -44,15 +40,10 @@ class FEnumProperty : public FProperty
 	void GetInnerFields(TArray<FField*>& OutFields) const override { OutFields.Add(Underlying); }
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
+	DECLARE_PROPERTY_VALUE_FORM()
 	void InitializeOne(void* Dest) const override;
 	void DestroyOne(void*) const override {}
 	void CopyValue(void* Dest, const void* Source) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
 
 private:
 	UEnum* Enum = nullptr;

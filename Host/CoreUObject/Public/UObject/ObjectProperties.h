@@ -106,12 +106,7 @@ class FSoftObjectProperty : public TProperty<FSoftObjectPtr, FObjectPropertyBase
 	uint32 GetValueTypeHash(const void* Data) const override;
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_VALUE_FORM()
 };
 
 /** A class by path. */

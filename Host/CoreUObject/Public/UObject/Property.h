@@ -5,6 +5,25 @@
 class FOutputDevice;
 class UStruct;
 
+/** Declares how a kind of property writes its type, and writes and reads its values. */
+#define DECLARE_PROPERTY_TEXT()                                                                                  \
+	FString GetTypeText(FString* ExtendedTypeText) const override;                                               \
+	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags, \
+		UObject* ExportRootScope) const override;                                                                \
+	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,             \
+		FOutputDevice* ErrorText) const override;
+
+/** The same, and how it compares them. */
+#define DECLARE_PROPERTY_VALUE_FORM() \
+	DECLARE_PROPERTY_TEXT()           \
+	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
+
+/** Declares how a kind of property makes, ends and copies its values. */
+#define DECLARE_PROPERTY_VALUE_LIFE()              \
+	void InitializeOne(void* Dest) const override; \
+	void DestroyOne(void* Dest) const override;    \
+	void CopyValue(void* Dest, const void* Source) const override;
+
 /**
  * A typed place in a class, struct or frame. It handles values by address: the address of the value itself (the Data
  * and Value of the functions below) or of the whole container, from which it computes the value's. ArrayDim is 1 but

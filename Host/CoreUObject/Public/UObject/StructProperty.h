@@ -22,14 +22,7 @@ class FStructProperty : public FProperty
 	UScriptStruct* Struct = nullptr;
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	void InitializeOne(void* Dest) const override;
-	void DestroyOne(void* Dest) const override;
-	void CopyValue(void* Dest, const void* Source) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_VALUE_LIFE()
+	DECLARE_PROPERTY_VALUE_FORM()
 	bool ImportsInSteps() const override { return true; }
 };

@@ -29,15 +29,10 @@ class FBoolProperty : public FProperty
 	uint32 GetValueTypeHash(const void* Data) const override { return GetPropertyValue(Data) ? 1 : 0; }
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
+	DECLARE_PROPERTY_VALUE_FORM()
 	void InitializeOne(void* Dest) const override { SetPropertyValue(Dest, false); }
 	void DestroyOne(void*) const override {}
 	void CopyValue(void* Dest, const void* Source) const override { SetPropertyValue(Dest, GetPropertyValue(Source)); }
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
 
 private:
 	uint8 FieldMask = 0xff;
@@ -53,12 +48,7 @@ class FStrProperty : public TProperty<FString, FProperty>
 	uint32 GetValueTypeHash(const void* Data) const override;
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_VALUE_FORM()
 };
 
 /** A name. */
@@ -71,12 +61,7 @@ class FNameProperty : public TProperty<FName, FProperty>
 	uint32 GetValueTypeHash(const void* Data) const override;
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_VALUE_FORM()
 };
 
 /** A text that people read. */
@@ -86,10 +71,5 @@ class FTextProperty : public TProperty<FText, FProperty>
 	using TProperty::TProperty;
 
 protected:
-	FString GetTypeText(FString* ExtendedTypeText) const override;
-	bool IdenticalValues(const void* A, const void* B, uint32 PortFlags) const override;
-	void ExportValue(FString& ValueStr, const void* Data, const void* Default, UObject* Parent, int32 PortFlags,
-		UObject* ExportRootScope) const override;
-	const TCHAR* ImportValue(const TCHAR* Buffer, void* Data, UObject* OwnerObject, int32 PortFlags,
-		FOutputDevice* ErrorText) const override;
+	DECLARE_PROPERTY_VALUE_FORM()
 };
