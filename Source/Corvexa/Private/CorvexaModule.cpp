@@ -1,10 +1,14 @@
 #include "CorvexaModule.h"
 
+#include "Agent/Prompt/CVXPromptSources.h"
 #include "Agent/Tasks/CVXTaskManager.h"
 #include "Core/CVXApiKeysFile.h"
 #include "Core/CVXLog.h"
 #include "Core/CVXReservedNames.h"
 #include "Diagnostics/CVXPerformanceCommands.h"
+#include "Knowledge/CVXKnowledgeManager.h"
+#include "Knowledge/CVXMultiLangKeywords.h"
+#include "Knowledge/CVXPromptInjector.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
 #include "Tools/CVXBuiltinTools.h"
@@ -12,12 +16,39 @@
 
 IMPLEMENT_MODULE(FCorvexaModule, Corvexa)
 
+namespace
+{
+/** Loads what the plug-in and the project know, and lets the prompts have of it what fits. */
+void StartKnowledge()
+{
+	FCVXKnowledgeManager& Manager = FCVXKnowledgeManager::Get();
+	const FString PluginDir = FCVXKnowledgeManager::GetPluginKnowledgeDir();
+	Manager.RegisterSource(TEXT("UE Engine"), PluginDir, false);
+	Manager.RegisterSource(TEXT("Project"), FCVXKnowledgeManager::GetProjectKnowledgeDir(), true);
+	Manager.LoadAllModules();
+	FCVXMultiLangKeywords::LoadTranslations(PluginDir);
+	FCVXPromptSources::Get().Knowledge = [](const FCVXKnowledgeQuery& Query, TSet<FString>& InjectedIds)
+	{
+		return FCVXPromptInjector::BuildKnowledgeInjection(Query.RecentUserMessages, Query.AssistantContext,
+			Query.ActiveTools, Query.AgentProfileName, Query.TokenBudget, InjectedIds);
+	};
+}
+
+void StopKnowledge()
+{
+	FCVXPromptSources::Get().Knowledge = nullptr;
+	FCVXMultiLangKeywords::Reset();
+	FCVXKnowledgeManager::Get().Reset();
+}
+} // namespace
+
 void FCorvexaModule::StartupModule()
 {
 	UE_LOG(LogCorvexa, Log, TEXT("Corvexa: Starting up"));
 	RegisterBuiltinTools();
 	FCVXApiKeysFile::EnsureTemplate();
 	CVXReservedNames::CleanUp(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
+	StartKnowledge();
 	FCVXTaskManager::Get().RestoreSessions();
 	CVXPerformanceCommands::Register();
 	UE_LOG(LogCorvexa, Log, TEXT("Corvexa: Startup complete"));
@@ -30,4 +61,5 @@ void FCorvexaModule::ShutdownModule()
 	CVXPerformanceCommands::Unregister();
 	FCVXTaskManager::Get().ReleaseTasks();
 	FCVXToolRegistry::Get().Clear();
+	StopKnowledge();
 }

@@ -74,15 +74,15 @@ FString ChooseCodeQuery(const FCVXPromptContext& Context)
 	return Query.IsEmpty() ? FindUserText(Context.ContextManager) : Query;
 }
 
-TArray<FString> FindRecentUserMessages(const FCVXContextManager& ContextManager)
+TArray<FCVXMessage> FindRecentUserMessages(const FCVXContextManager& ContextManager)
 {
 	const TArray<FCVXMessage>& History = ContextManager.GetHistory();
-	TArray<FString> Messages;
+	TArray<FCVXMessage> Messages;
 	for (int32 Index = History.Num() - 1; Index >= 0 && Messages.Num() < MaxRecentUserMessages; --Index)
 	{
 		if (History[Index].Role == ECVXMessageRole::User)
 		{
-			Messages.Add(History[Index].GetFirstTextContent());
+			Messages.Add(History[Index]);
 		}
 	}
 	return Messages;

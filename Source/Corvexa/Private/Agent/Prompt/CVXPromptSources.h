@@ -1,12 +1,12 @@
 #pragma once
 
-#include "CoreMinimal.h"
+#include "Core/CVXTypes.h"
 
 /** What knowledge modules are chosen by. */
 struct FCVXKnowledgeQuery
 {
 	/** The newest first, at most three. */
-	TArray<FString> RecentUserMessages;
+	TArray<FCVXMessage> RecentUserMessages;
 	/** The beginning of what the model last said; empty on a first turn. */
 	FString AssistantContext;
 	TSet<FString> ActiveTools;
