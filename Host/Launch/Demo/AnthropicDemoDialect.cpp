@@ -1,19 +1,12 @@
 #include "Launch/Demo/AnthropicDemoDialect.h"
 
 #include "Core/CVXTypes.h"
+#include "Launch/Demo/DemoJson.h"
 #include "Launch/Demo/DemoText.h"
-#include "Misc/Guid.h"
-#include "Policies/CondensedJsonPrintPolicy.h"
-#include "Serialization/JsonSerializer.h"
 
 namespace
 {
-FString GetText(const FJsonObject& Block, const TCHAR* Member)
-{
-	FString Text;
-	Block.TryGetStringField(Member, Text);
-	return Text;
-}
+using DemoJson::GetText;
 
 void ReadBlock(const FJsonObject& Block, bool bFromUser, FDemoRequest& Out)
 {
@@ -31,22 +24,6 @@ void ReadBlock(const FJsonObject& Block, bool bFromUser, FDemoRequest& Out)
 		bool bIsError = false;
 		Block.TryGetBoolField(TEXT("is_error"), bIsError);
 		Out.AddResult(GetText(Block, TEXT("tool_use_id")), GetText(Block, TEXT("content")), bIsError);
-	}
-}
-
-/** Calls the function with each object of an array that the object may have. */
-template <typename CallType>
-void ForEachObject(const FJsonObject& Holder, const TCHAR* Member, const CallType& Call)
-{
-	const TArray<TSharedPtr<FJsonValue>>* Values = nullptr;
-	Holder.TryGetArrayField(Member, Values);
-	for (int32 Index = 0; Values && Index < Values->Num(); ++Index)
-	{
-		const TSharedPtr<FJsonObject>* Object = nullptr;
-		if ((*Values)[Index]->TryGetObject(Object))
-		{
-			Call(**Object);
-		}
 	}
 }
 
@@ -114,11 +91,7 @@ public:
 private:
 	void Add(const TSharedRef<FJsonObject>& Event)
 	{
-		FString Json;
-		TJsonWriter<TCHAR, TCondensedJsonPrintPolicy<TCHAR>> Writer(Json);
-		verify(FJsonSerializer::Serialize(*Event, Writer));
-		const FString Text = FString::Printf(TEXT("event: %s\ndata: "), *Event->GetStringField(TEXT("type"))) + Json;
-		Events.push_back(std::string(TCHAR_TO_UTF8(*Text)) + "\n\n");
+		Events.push_back(DemoJson::WriteEvent(*Event, *Event->GetStringField(TEXT("type"))));
 	}
 
 	int32 NextIndex = 0;
@@ -126,24 +99,18 @@ private:
 };
 } // namespace
 
-bool FAnthropicDemoDialect::ReadRequest(const std::string& Body, FDemoRequest& OutRequest) const
+bool FAnthropicDemoDialect::ReadRequest(const FJsonObject& Root, FDemoRequest& OutRequest) const
 {
-	TSharedPtr<FJsonObject> Root;
-	const FString Text = FString::FromUtf8(Body.data(), static_cast<int64>(Body.size()));
-	if (!FJsonSerializer::Deserialize(TJsonReaderFactory<>::Create(Text), Root) || !Root->HasField(TEXT("messages")))
-	{
-		return false;
-	}
-	ForEachObject(
-		*Root, TEXT("tools"), [&](const FJsonObject& Tool) { OutRequest.Tools.Add(GetText(Tool, TEXT("name"))); });
-	ForEachObject(*Root, TEXT("messages"),
+	DemoJson::ForEachObject(
+		Root, TEXT("tools"), [&](const FJsonObject& Tool) { OutRequest.Tools.Add(GetText(Tool, TEXT("name"))); });
+	DemoJson::ForEachObject(Root, TEXT("messages"),
 		[&](const FJsonObject& Message)
 		{
 			const bool bFromUser = GetText(Message, TEXT("role")) == TEXT("user");
-			ForEachObject(
+			DemoJson::ForEachObject(
 				Message, TEXT("content"), [&](const FJsonObject& Block) { ReadBlock(Block, bFromUser, OutRequest); });
 		});
-	return true;
+	return Root.HasField(TEXT("messages"));
 }
 
 std::vector<std::string> FAnthropicDemoDialect::WriteAnswer(
@@ -162,7 +129,7 @@ std::vector<std::string> FAnthropicDemoDialect::WriteAnswer(
 	for (const FDemoAnswerCall& Call : Answer.Calls)
 	{
 		const TSharedRef<FJsonObject> Block = MakeObject(TEXT("tool_use"));
-		Block->SetStringField(TEXT("id"), TEXT("demo_") + FGuid::NewGuid().ToString(EGuidFormats::Digits));
+		Block->SetStringField(TEXT("id"), MakeDemoCallId());
 		Block->SetStringField(TEXT("name"), Call.Tool);
 		Writer.AddBlock(Block, TEXT("input_json_delta"), TEXT("partial_json"), Call.ArgumentsJson);
 	}

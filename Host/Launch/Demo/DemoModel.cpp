@@ -1,6 +1,7 @@
 #include "Launch/Demo/DemoModel.h"
 
-#include "Launch/Demo/AnthropicDemoDialect.h"
+#include "Launch/Demo/DemoDialect.h"
+#include "Launch/Demo/DemoJson.h"
 #include "Launch/Demo/DemoScenarioTexts.h"
 #include "Logging/LogMacros.h"
 #include "Loopback/LoopbackServer.h"
@@ -18,7 +19,10 @@ FDemoModel::FDemoModel(std::chrono::milliseconds InPause)
 	, Server(MakeUnique<FLoopbackServer>(false))
 {
 	AddScenarios();
-	AddDialect(MakeUnique<FAnthropicDemoDialect>());
+	for (const IDemoDialect* Dialect : GetDemoDialects())
+	{
+		AddDialect(*Dialect);
+	}
 }
 
 FDemoModel::~FDemoModel() = default;
@@ -37,18 +41,18 @@ void FDemoModel::AddScenarios()
 	}
 }
 
-void FDemoModel::AddDialect(TUniquePtr<IDemoDialect> Dialect)
+void FDemoModel::AddDialect(const IDemoDialect& Dialect)
 {
-	const IDemoDialect* Added = Dialects.Add_GetRef(MoveTemp(Dialect)).Get();
-	Server->Route(Added->GetPath(),
-		[this, Added](const FHttpRequestMessage& Message)
+	Server->Route(Dialect.GetPath(),
+		[this, &Dialect](const FHttpRequestMessage& Message)
 		{
 			FDemoRequest Request;
-			if (!Added->ReadRequest(Message.Body, Request))
+			const TSharedPtr<FJsonObject> Root = DemoJson::Parse(Message.Body);
+			if (!Root || !Dialect.ReadRequest(*Root, Request))
 			{
 				return FLoopbackReply::Sized(400, "not a request of this dialect");
 			}
-			return FLoopbackReply::PacedEvents(Added->WriteAnswer(Request, Answer(Request)), Pause);
+			return FLoopbackReply::PacedEvents(Dialect.WriteAnswer(Request, Answer(Request)), Pause);
 		});
 }
 
@@ -69,12 +73,12 @@ FDemoAnswer FDemoModel::Answer(const FDemoRequest& Request) const
 	return Nothing;
 }
 
-FCVXProviderProfile FDemoModel::MakeProfile() const
+FCVXProviderProfile FDemoModel::MakeProfile(const IDemoDialect& Dialect) const
 {
 	FCVXProviderProfile Profile;
 	Profile.ProfileName = TEXT("Demo model");
-	Profile.ProviderType = ECVXProviderType::Anthropic;
-	Profile.BaseURL = FString(Server->Url("").c_str());
+	Profile.ProviderType = Dialect.GetProviderType();
+	Profile.BaseURL = FString(Server->Url(Dialect.GetBasePath()).c_str());
 	Profile.ModelId = TEXT("demo");
 	// Lower case stands for the key itself. The demo model asks for none.
 	Profile.ApiKeyEnvVar = TEXT("no-key-needed");

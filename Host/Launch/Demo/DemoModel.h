@@ -21,18 +21,17 @@ public:
 	FDemoModel(const FDemoModel&) = delete;
 	FDemoModel& operator=(const FDemoModel&) = delete;
 
-	/** A profile by which agents reach it. */
-	FCVXProviderProfile MakeProfile() const;
+	/** A profile by which agents reach it in one of its dialects. */
+	FCVXProviderProfile MakeProfile(const IDemoDialect& Dialect) const;
 
 private:
 	void AddScenarios();
-	void AddDialect(TUniquePtr<IDemoDialect> Dialect);
+	void AddDialect(const IDemoDialect& Dialect);
 	FDemoAnswer Answer(const FDemoRequest& Request) const;
 
 	const std::chrono::milliseconds Pause;
 	/** In the order in which they are tried. */
 	TArray<TSharedPtr<FDemoScenario>> Scenarios;
-	TArray<TUniquePtr<IDemoDialect>> Dialects;
 	/** Last, for it answers until it is gone. */
 	TUniquePtr<FLoopbackServer> Server;
 };

@@ -1,5 +1,14 @@
 #include "Launch/Demo/DemoRequest.h"
 
+namespace
+{
+bool AsksToGoOn(const FString& Text)
+{
+	const FString Words = Text.TrimStartAndEnd();
+	return Words == TEXT("continue") || Words == TEXT("go on");
+}
+} // namespace
+
 void FDemoRequest::AddUserText(const FString& Text)
 {
 	if (Text.StartsWith(TEXT("[")))
@@ -7,7 +16,11 @@ void FDemoRequest::AddUserText(const FString& Text)
 		Note = Text;
 		return;
 	}
-	Question = Text;
+	bGoesOn = !Question.IsEmpty() && AsksToGoOn(Text);
+	if (!bGoesOn)
+	{
+		Question = Text;
+	}
 	Note.Empty();
 	Calls.Empty();
 }
@@ -29,6 +42,20 @@ void FDemoRequest::AddResult(const FString& Id, const FString& Result, bool bIsE
 			Call.Result = Result;
 			Call.bIsError = bIsError;
 			Call.bHasResult = true;
+		}
+	}
+}
+
+void FDemoRequest::AddResultOfOldest(const FString& Tool, const FString& Result, bool bIsError)
+{
+	for (FDemoCall& Call : Calls)
+	{
+		if (!Call.bHasResult && Call.Tool == Tool)
+		{
+			Call.Result = Result;
+			Call.bIsError = bIsError;
+			Call.bHasResult = true;
+			return;
 		}
 	}
 }

@@ -88,9 +88,11 @@ bool Holds(const FJsonObject& When, const FDemoRequest& Request)
 	const auto Called = [&](const FString& Tool) { return WasCalled(Request, Tool); };
 	const auto Offered = [&](const FString& Tool) { return IsOffered(Request, Tool); };
 	FString Note;
+	bool bGoesOn = false;
 	return HoldsForAll(When, TEXT("called"), true, Called) && HoldsForAll(When, TEXT("not_called"), false, Called) &&
 		HoldsForAll(When, TEXT("offered"), true, Offered) && HoldsForAll(When, TEXT("not_offered"), false, Offered) &&
 		(!When.TryGetStringField(TEXT("note"), Note) || Matches(Request.Note, Note)) &&
+		(!When.TryGetBoolField(TEXT("goes_on"), bGoesOn) || Request.bGoesOn == bGoesOn) &&
 		HoldsForLastCall(When, Request) && HoldsForTimes(When, Request) && HoldsForResults(When, Request);
 }
 
@@ -131,6 +133,7 @@ TSharedPtr<FDemoScenario> FDemoScenario::Parse(const FString& Json, FString& Out
 	}
 	const TSharedRef<FDemoScenario> Scenario = MakeShared<FDemoScenario>();
 	Root->TryGetStringArrayField(TEXT("offered"), Scenario->Offered);
+	Root->TryGetStringArrayField(TEXT("not_offered"), Scenario->NotOffered);
 	Root->TryGetStringField(TEXT("asks"), Scenario->Asks);
 	for (const TSharedPtr<FJsonValue>& Rule : *Rules)
 	{
@@ -148,7 +151,8 @@ TSharedPtr<FDemoScenario> FDemoScenario::Parse(const FString& Json, FString& Out
 bool FDemoScenario::IsFor(const FDemoRequest& Request) const
 {
 	const bool bAsked = Asks.IsEmpty() || Matches(Request.Question, Asks);
-	return bAsked && !Algo::AnyOf(Offered, [&](const FString& Tool) { return !IsOffered(Request, Tool); });
+	const auto Offers = [&](const FString& Tool) { return IsOffered(Request, Tool); };
+	return bAsked && Algo::AllOf(Offered, Offers) && !Algo::AnyOf(NotOffered, Offers);
 }
 
 TOptional<FDemoAnswer> FDemoScenario::Play(const FDemoRequest& Request) const

@@ -10,14 +10,14 @@ class FJsonObject;
  * What the demo model does in one kind of conversation: rules, of which the first that fits a request answers it. A
  * file of `Scenarios` holds
  *
- * - "offered": tools that a request must offer for the scenario to be played;
+ * - "offered" and "not_offered": tools that a request must offer, and mustn't, for the scenario to be played;
  * - "asks": a pattern that the user's question must match for it, if there is one;
  * - "rules": objects with what must hold, in "when", and what is said, in "think", "say" and "call".
  *
  * "when" takes "called" and "not_called" (tools that the conversation has or hasn't called since the question),
  * "offered" and "not_offered", "last" (the tool of the last call), "failed" (whether that failed), "note" (a pattern
- * that the agent's last remark must match), "times" ({tool: the most calls so far}) and "results": {tool: pattern} that
- * the last result of each tool must match.
+ * that the agent's last remark must match), "goes_on" (whether the user has asked to go on), "times" ({tool: the most
+ * calls so far}) and "results": {tool: pattern} that the last result of each tool must match.
  *
  * "let" names pieces of the conversation for the texts: {name: {"result_of": tool, "pattern": P}} takes the first group
  * of the first match, or all of the result without a pattern, and {"replace": [from, to]} changes one place in it.
@@ -39,6 +39,7 @@ public:
 
 private:
 	TArray<FString> Offered;
+	TArray<FString> NotOffered;
 	FString Asks;
 	TArray<TSharedPtr<FJsonObject>> Rules;
 };

@@ -1,11 +1,18 @@
 #include "Launch/Demo/DemoText.h"
 
+#include "Algo/AnyOf.h"
 #include "Core/CVXTypes.h"
+#include "Misc/Guid.h"
 
 namespace
 {
 /** A word, or what stands for one in a text without blanks, isn't longer than this. */
 constexpr int32 MaxPieceChars = 60;
+
+/** How the results of failed tools begin, of those that scenarios call. */
+constexpr const TCHAR* FailureBeginnings[] = {TEXT("Tool execution "), TEXT("Tool '"), TEXT("File not found"),
+	TEXT("Failed to "), TEXT("Access denied"), TEXT("Cannot "), TEXT("old_string "), TEXT("Missing required"),
+	TEXT("DELEGATION BLOCKED"), TEXT("Delegation not allowed"), TEXT("[DELEGATION COMPLETE — Status: ERROR]")};
 
 /** Whether the text may be cut ahead of this index: not within a character. */
 bool IsWholeCharacter(const FString& Text, int32 Index)
@@ -30,6 +37,16 @@ TArray<FString> SplitDemoText(const FString& Text)
 		}
 	}
 	return Pieces;
+}
+
+FString MakeDemoCallId()
+{
+	return TEXT("demo_") + FGuid::NewGuid().ToString(EGuidFormats::Digits);
+}
+
+bool SoundsFailed(const FString& Result)
+{
+	return Algo::AnyOf(FailureBeginnings, [&](const TCHAR* Beginning) { return Result.StartsWith(Beginning); });
 }
 
 int32 CountDemoTokens(const FDemoRequest& Request)

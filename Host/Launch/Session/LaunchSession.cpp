@@ -53,10 +53,10 @@ FLaunchSession::FStart FLaunchSession::Start(const FLaunchOptions& Options, std:
 	{
 		return Result;
 	}
-	if (Choice.bDemo)
+	if (Choice.Demo)
 	{
 		Demo = MakeUnique<FDemoModel>(DemoPause);
-		Choice.Overrides.Provider = Demo->MakeProfile();
+		Choice.Overrides.Provider = Demo->MakeProfile(*Choice.Demo);
 	}
 	FCVXSessionOverrides::Get().Apply(Settings, Choice.Overrides);
 	Result.bStarted = true;

@@ -1,14 +1,13 @@
 #include "Launch/Session/ModelChoice.h"
 
 #include "Core/CVXSettings.h"
+#include "Launch/Demo/DemoDialect.h"
 #include "Launch/Options/LaunchOptions.h"
 #include "Launch/Options/NearestName.h"
 #include "Providers/CVXProviderFactory.h"
 
 namespace
 {
-constexpr const TCHAR* DemoName = TEXT("demo");
-
 /** A sentence that says what there is in place of an unknown name. */
 FString DescribeUnknown(const TCHAR* Kind, const FString& Name, const TArray<FString>& Known)
 {
@@ -53,22 +52,26 @@ FModelChoice FModelChoice::Make(const FLaunchOptions& Options, const UCVXSetting
 	}
 	TArray<FString> Providers = Settings.GetProviderProfileNames();
 	const bool bProviderKnown = Options.Provider.IsEmpty() || Providers.Contains(Options.Provider);
-	Choice.bDemo = Options.Provider == DemoName;
-	Providers.Add(DemoName);
-	if (!bProviderKnown && !Choice.bDemo)
+	// A profile of the user's own goes first, whatever its name.
+	Choice.Demo = bProviderKnown ? nullptr : FindDemoDialect(Options.Provider);
+	if (!bProviderKnown && !Choice.Demo)
 	{
+		for (const IDemoDialect* Dialect : GetDemoDialects())
+		{
+			Providers.Add(Dialect->GetName());
+		}
 		Choice.Error = DescribeUnknown(TEXT("provider profile"), Options.Provider, Providers);
 		return Choice;
 	}
 	const FCVXProviderProfile* Usual = FindUsualProvider(Options, Settings);
-	if (!Choice.bDemo && Options.Provider.IsEmpty() && (!Usual || !FCVXProviderFactory::HasApiKey(*Usual)))
+	if (!Choice.Demo && Options.Provider.IsEmpty() && (!Usual || !FCVXProviderFactory::HasApiKey(*Usual)))
 	{
-		Choice.bDemo = true;
+		Choice.Demo = GetDemoDialects()[0];
 		Choice.Notice =
 			FString::Printf(TEXT("No API key was found (%s, in the environment or in Saved/CVX/apikeys.cfg).\n"),
 				Usual ? *Usual->ApiKeyEnvVar : TEXT("no provider profile"));
 	}
-	if (Choice.bDemo)
+	if (Choice.Demo)
 	{
 		Choice.Notice += TEXT("The built-in demo model answers: its words are scripted, all else is real.");
 	}

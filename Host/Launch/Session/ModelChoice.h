@@ -2,6 +2,7 @@
 
 #include "Core/CVXSessionOverrides.h"
 
+class IDemoDialect;
 struct FLaunchOptions;
 
 /** Which agent and which model a run works with. */
@@ -9,8 +10,8 @@ struct FModelChoice
 {
 	/** For the settings. */
 	FCVXSessionChoice Overrides;
-	/** The demo model is to be started, and serves every agent. */
-	bool bDemo = false;
+	/** The demo model is to be started, and serves every agent in this dialect; null for another model. */
+	const IDemoDialect* Demo = nullptr;
 	/** What the user is told about it; may be empty. */
 	FString Notice;
 	/** What the user must change; empty when the choice is made. */
