@@ -56,7 +56,17 @@ int RunProgram(const TArray<FString>& Arguments)
 	{
 		return Print(Command ? LaunchHelp::ForCommand(*Command) : LaunchHelp::ForProgram());
 	}
-	return Command ? Command->Run(Options) : ReportUnknownCommand(Options.Command);
+	if (!Command)
+	{
+		return ReportUnknownCommand(Options.Command);
+	}
+	if (!Command->bConverses && !(Options.Resume + Options.Fork).IsEmpty())
+	{
+		return ReportUsageError(
+			FString::Printf(TEXT("'%s' takes no '%s'; 'chat' and 'run' go on with stored conversations"),
+				Command->Name, Options.Fork.IsEmpty() ? TEXT("--resume") : TEXT("--fork")));
+	}
+	return Command->Run(Options);
 }
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #include "Launch/Commands/ConversationSetup.h"
 #include "Launch/Commands/ExitStatus.h"
+#include "Launch/Commands/LaunchCommand.h"
 #include "Launch/Options/LaunchOptions.h"
 #include "Launch/Terminal/TerminalInput.h"
 
@@ -121,6 +122,11 @@ private:
 
 int RunChatCommand(const FLaunchOptions& Options)
 {
+	if (!Options.Words.IsEmpty())
+	{
+		return ReportUsageError(FString::Printf(
+			TEXT("'chat' takes no words, but was given '%s'; it reads messages from its input"), *Options.Words[0]));
+	}
 	FConversationSetup Setup(Options);
 	if (const TOptional<int> Status = Setup.Start(TEXT("Chat"), true))
 	{

@@ -81,26 +81,48 @@ TOptional<int> FConversationSetup::Start(const FString& Title, bool bAsk)
 	{
 		View->ShowNotice(Started.Notice);
 	}
-	const bool bResume = !Options.Resume.IsEmpty();
-	const TSharedPtr<FCVXTask> Task = bResume ? Session.ResumeTask(Options.Resume) : Session.CreateTask(Title);
-	if (!Task && bResume)
+	int Status = ExitError;
+	const TSharedPtr<FCVXTask> Task = ChooseTask(Title, Status);
+	if (!Task)
 	{
-		return ReportUsageError(
-			FString::Printf(TEXT("there is no stored conversation '%s'; 'corvexa tasks' lists them"), *Options.Resume));
+		return Status;
 	}
-	if (bResume)
+	Conversation = MakeUnique<FConversation>(Task.ToSharedRef(), *View, bAsk);
+	return {};
+}
+
+TSharedPtr<FCVXTask> FConversationSetup::ChooseTask(const FString& Title, int& OutStatus)
+{
+	FString Error;
+	const bool bFork = !Options.Fork.IsEmpty();
+	const bool bResume = !Options.Resume.IsEmpty();
+	const TSharedPtr<FCVXTask> Task = bFork ? Session.ForkTask(Options.Fork, Options.ForkMessages, Error)
+		: bResume                           ? Session.ResumeTask(Options.Resume, Error)
+											: Session.CreateTask(Title);
+	if (!Error.IsEmpty())
 	{
-		View->ShowNotice(FString::Printf(TEXT("Going on with '%s', %d messages so far."), *Task->GetTitle(),
-			Task->GetAgentLoop()->GetContextManager().GetHistory().Num()));
+		OutStatus = ReportUsageError(Error);
+		return nullptr;
 	}
 	if (!Task)
 	{
 		View->ShowError(
 			FString::Printf(TEXT("the settings give no model to talk to; see %s"), *FLaunchSession::GetLogPath()));
-		return static_cast<int>(ExitError);
+		OutStatus = ExitError;
+		return nullptr;
 	}
-	Conversation = MakeUnique<FConversation>(Task.ToSharedRef(), *View, bAsk);
-	return {};
+	const int32 Messages = Task->GetAgentLoop()->GetContextManager().GetHistory().Num();
+	if (bFork)
+	{
+		View->ShowNotice(FString::Printf(
+			TEXT("'%s' is a new conversation with %d messages, %s."), *Task->GetTitle(), Messages, *Task->GetTaskId()));
+	}
+	else if (bResume)
+	{
+		View->ShowNotice(
+			FString::Printf(TEXT("Going on with '%s', %d messages so far."), *Task->GetTitle(), Messages));
+	}
+	return Task;
 }
 
 void FConversationSetup::HideKeys()

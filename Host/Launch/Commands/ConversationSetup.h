@@ -27,6 +27,8 @@ public:
 	void NoteTypedLine();
 
 private:
+	/** The conversation that is meant, with a notice about it. @return null without one, with an exit status. */
+	TSharedPtr<FCVXTask> ChooseTask(const FString& Title, int& OutStatus);
 	void MakeView();
 	void HideKeys();
 

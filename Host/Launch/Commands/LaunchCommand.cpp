@@ -17,13 +17,15 @@ constexpr FLaunchCommand Commands[] = {
 	{TEXT("chat"), TEXT(""), TEXT("talk with the agent in the terminal"),
 		TEXT("Type a message and Enter. Ctrl-C stops what the agent does and keeps the conversation: 'continue' goes\n"
 			 "on with it. A second Ctrl-C leaves; so do Ctrl-D and /exit. With standard input\n"
-			 "from a file or a pipe, each line is a message or the answer to what is asked.\n"),
-		&RunChatCommand},
+			 "from a file or a pipe, each line is a message or the answer to what is asked.\n"
+			 "With --resume or --fork the chat goes on with a stored conversation or with a branch of it.\n"),
+		&RunChatCommand, true},
 	{TEXT("run"), TEXT("REQUEST | -"), TEXT("carry one request out, for scripts"),
 		TEXT("The request is the words behind 'run', or standard input when there are none or a single dash.\n"
 			 "When a decision or an answer is needed and no terminal is there to give it, the run ends with status "
-			 "3.\n"),
-		&RunRunCommand},
+			 "3.\n"
+			 "'run --resume continue' goes on with what was interrupted.\n"),
+		&RunRunCommand, true},
 	{TEXT("tasks"), TEXT(""), TEXT("list the project's stored conversations"),
 		TEXT("Each with its id, state, age, agent and title; what a sub-agent did stands below the conversation that\n"
 			 "asked for it.\n"),

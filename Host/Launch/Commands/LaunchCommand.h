@@ -17,6 +17,8 @@ struct FLaunchCommand
 	const TCHAR* Details;
 	/** @return the exit status. */
 	int (*Run)(const FLaunchOptions& Options);
+	/** Whether it goes on with a stored conversation, or with a branch of one, when it is told to. */
+	bool bConverses = false;
 };
 
 /** All commands, in the order of the help. */

@@ -108,7 +108,9 @@ void FConversation::OnTaskState(FTaskWatch& Watch, ECVXTaskState State)
 	{
 		Approvals.RemoveAll([&](const FApproval& Each) { return Each.Watch == &Watch; });
 	}
-	if (!IsRunning())
+	// A sub-agent that has come to its end has told so by its result.
+	const bool bAtRest = State == ECVXTaskState::Complete || State == ECVXTaskState::Idle;
+	if (!IsRunning() || (bAtRest && !IsMain(Watch)))
 	{
 		return;
 	}

@@ -14,6 +14,11 @@ bool HasOwnDisplay(const FString& ToolName)
 		TEXT("attempt_completion"), TEXT("ask_followup_question"), TEXT("update_todo_list")};
 	return Algo::AnyOf(Names, [&](const TCHAR* Name) { return ToolName == Name; });
 }
+
+bool IsToolState(ECVXTaskState State)
+{
+	return State == ECVXTaskState::ExecutingTool || State == ECVXTaskState::WaitingForSubAgent;
+}
 } // namespace
 
 FTaskWatch::FTaskWatch(TSharedRef<FCVXTask> InTask, IConversationView& InView, ITaskListener& InListener)
@@ -74,7 +79,7 @@ void FTaskWatch::BeginRun()
 void FTaskWatch::OnState(ECVXTaskState State)
 {
 	const double Now = FPlatformTime::Seconds();
-	if (LastState == ECVXTaskState::ExecutingTool)
+	if (IsToolState(LastState))
 	{
 		ToolSeconds += Now - StateTime;
 	}
@@ -128,8 +133,7 @@ void FTaskWatch::ShowCalls(const FCVXMessage& Message)
 
 void FTaskWatch::ShowResults(const FCVXMessage& Message)
 {
-	const bool bRunning = LastState == ECVXTaskState::ExecutingTool;
-	const double Seconds = ToolSeconds + (bRunning ? FPlatformTime::Seconds() - StateTime : 0.0);
+	const double Seconds = ToolSeconds + (IsToolState(LastState) ? FPlatformTime::Seconds() - StateTime : 0.0);
 	for (const FCVXContentBlock& Block : Message.Content)
 	{
 		const FShownCall Call = FindCall(Block.ToolUseId);

@@ -17,8 +17,12 @@ struct FLaunchOptions
 	FString Provider;
 	FString Model;
 	FString Agent;
-	/** The conversation to go on with, by its id or "last"; empty begins a new one. */
+	/** The conversation to go on with, by its id or "last"; empty begins a new one. Not with the next. */
 	FString Resume;
+	/** The conversation to branch, by its id or "last"; empty branches none. */
+	FString Fork;
+	/** How many of its messages the branch begins with, at most. */
+	int32 ForkMessages = MAX_int32;
 	TOptional<ECVXApprovalMode> ApprovalMode;
 	bool bJson = false;
 	bool bVerbose = false;
@@ -37,7 +41,8 @@ struct FLaunchOptionHelp
 namespace LaunchOptions
 {
 /**
- * Reads `--name value`, `--name=value` and flags, in any order with the words; behind `--` all are words.
+ * Reads `--name value`, `--name=value` and flags, in any order with the words; behind `--` all are words. A value that
+ * may be missing is taken from the next argument only when that looks like one.
  * @param Arguments without the program's name. @param OutError one line for the user. @return false for wrong usage.
  */
 bool Parse(const TArray<FString>& Arguments, FLaunchOptions& OutOptions, FString& OutError);

@@ -1,5 +1,6 @@
 #include "Launch/Session/LaunchSession.h"
 
+#include "Agent/Checkpoints/CVXCheckpointManager.h"
 #include "Agent/Tasks/CVXTaskManager.h"
 #include "Core/CVXSessionOverrides.h"
 #include "Core/CVXSettings.h"
@@ -7,6 +8,7 @@
 #include "Launch/Options/LaunchOptions.h"
 #include "Launch/Session/ModelChoice.h"
 #include "Launch/Session/ProjectChoice.h"
+#include "Launch/Session/TaskChoice.h"
 #include "Logging/TerminalDevice.h"
 #include "Misc/App.h"
 #include "Misc/Paths.h"
@@ -68,20 +70,36 @@ TSharedPtr<FCVXTask> FLaunchSession::CreateTask(const FString& Title)
 	return FCVXTaskManager::Get().CreateNewTask(Title);
 }
 
-TSharedPtr<FCVXTask> FLaunchSession::ResumeTask(const FString& Id)
+TSharedPtr<FCVXTask> FLaunchSession::ResumeTask(const FString& Id, FString& OutError)
 {
-	FCVXTaskManager& Tasks = FCVXTaskManager::Get();
-	TSharedPtr<FCVXTask> Task = Tasks.FindTask(Id == TEXT("last") ? UCVXSettings::Get()->LastActiveTaskId : Id);
+	const FTaskChoice Choice = FTaskChoice::Find(Id);
+	OutError = Choice.Error;
 	// A sub-agent's conversation is led by its parent's.
-	while (Task && Task->bIsSubTask && Tasks.FindTask(Task->ParentTaskId))
-	{
-		Task = Tasks.FindTask(Task->ParentTaskId);
-	}
+	const TSharedPtr<FCVXTask> Task = FTaskChoice::FindLeader(Choice.Task);
 	if (Task)
 	{
-		Tasks.SetActiveTask(Task);
+		FCVXTaskManager::Get().SetActiveTask(Task);
 	}
 	return Task;
+}
+
+TSharedPtr<FCVXTask> FLaunchSession::ForkTask(const FString& Id, int32 MessageCount, FString& OutError)
+{
+	const FTaskChoice Choice = FTaskChoice::Find(Id);
+	OutError = Choice.Error;
+	if (!Choice.Task)
+	{
+		return nullptr;
+	}
+	FCVXTaskManager& Tasks = FCVXTaskManager::Get();
+	const TSharedPtr<FCVXTask> Fork = Tasks.ForkTask(Choice.Task->GetTaskId(), MessageCount);
+	if (Fork)
+	{
+		Tasks.SetActiveTask(Fork);
+		// It is there to stay from now on, whether or not anything more is said in it.
+		FCVXCheckpointManager::Get().SaveCheckpoint(*Fork);
+	}
+	return Fork;
 }
 
 void FLaunchSession::RunUntil(TFunctionRef<bool()> Condition)

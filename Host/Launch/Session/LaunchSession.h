@@ -33,9 +33,14 @@ public:
 	/** A new conversation with the active agent. @return null when the settings don't allow one; the log says why. */
 	TSharedPtr<FCVXTask> CreateTask(const FString& Title);
 
-	/** A stored conversation, made active. @param Id or "last", the one that was last active. @return null without it.
+	/** A stored conversation, made active. @param Id as `FTaskChoice::Find` takes it. @return null without one. */
+	TSharedPtr<FCVXTask> ResumeTask(const FString& Id, FString& OutError);
+
+	/**
+	 * Branches a stored conversation; the branch is stored and active. @param MessageCount how many messages it begins
+	 * with, at most. @return null without one, with an error, or when the settings don't allow one; the log says why.
 	 */
-	TSharedPtr<FCVXTask> ResumeTask(const FString& Id);
+	TSharedPtr<FCVXTask> ForkTask(const FString& Id, int32 MessageCount, FString& OutError);
 
 	/** Turns the loop until the condition holds or the host is asked to end. */
 	void RunUntil(TFunctionRef<bool()> Condition);
