@@ -2,6 +2,7 @@
 
 #include "Launch/Commands/ChatCommand.h"
 #include "Launch/Commands/ExitStatus.h"
+#include "Launch/Commands/ModelsCommand.h"
 #include "Launch/Commands/RunCommand.h"
 #include "Launch/Commands/TasksCommand.h"
 #include "Launch/Commands/ToolCommand.h"
@@ -30,6 +31,10 @@ constexpr FLaunchCommand Commands[] = {
 		TEXT("Each with its id, state, age, agent and title; what a sub-agent did stands below the conversation that\n"
 			 "asked for it.\n"),
 		&RunTasksCommand},
+	{TEXT("models"), TEXT("[VENDOR]"), TEXT("list the vendors and models that there are profiles for"),
+		TEXT("Each vendor with whether a key was found, and where from, never the key; each model with its context\n"
+			 "window and its output limit in tokens, and the stored profiles that use it.\n"),
+		&RunModelsCommand},
 	{TEXT("tools"), TEXT(""), TEXT("list the tools that the agent is offered"),
 		TEXT("Name, flags and description; with --json also the schema of the arguments, a tool a line.\n"),
 		&RunToolsCommand},

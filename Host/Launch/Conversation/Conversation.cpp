@@ -233,6 +233,7 @@ void FConversation::OnTaskComplete(FTaskWatch& Watch, const FString& Result)
 {
 	if (IsRunning() && IsMain(Watch))
 	{
+		OnTaskSpeaks(Watch);
 		View.ShowResult(Result);
 		Finish(EOutcome::Complete);
 	}

@@ -62,7 +62,7 @@ void FTaskWatch::BindLoop()
 	Loop.OnMessageComplete.AddLambda(Spoken([this](const FCVXMessage& Message) { OnMessage(Message); }));
 	Loop.OnStateChanged.AddLambda(Guarded([this](ECVXTaskState State) { OnState(State); }));
 	Loop.OnError.AddLambda(Spoken([this](const FString& Error) { Listener.OnTaskError(*this, Error); }));
-	Loop.OnComplete.AddLambda(Spoken([this](const FString& Result) { Listener.OnTaskComplete(*this, Result); }));
+	Loop.OnComplete.AddLambda(Guarded([this](const FString& Result) { Listener.OnTaskComplete(*this, Result); }));
 	Loop.OnApprovalNeeded.AddLambda(Spoken([this](const FString& Id, const FCVXApprovalRequest& Request)
 		{ Listener.OnTaskApproval(*this, Id, Request); }));
 	Loop.OnClarificationNeeded.AddLambda(Spoken(

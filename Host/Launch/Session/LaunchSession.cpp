@@ -33,7 +33,7 @@ FLaunchSession::~FLaunchSession()
 	Loop.Exit();
 }
 
-FLaunchSession::FStart FLaunchSession::Start(const FLaunchOptions& Options, std::chrono::milliseconds DemoPause)
+FLaunchSession::FStart FLaunchSession::StartProject(const FLaunchOptions& Options)
 {
 	FStart Result;
 	FEngineLoopParams Params;
@@ -46,12 +46,23 @@ FLaunchSession::FStart FLaunchSession::Start(const FLaunchOptions& Options, std:
 	Loop.Init(Params);
 	FModuleManager::Get().LoadModuleChecked(ModuleName);
 	bModuleLoaded = true;
+	Result.bStarted = true;
+	return Result;
+}
 
+FLaunchSession::FStart FLaunchSession::Start(const FLaunchOptions& Options, std::chrono::milliseconds DemoPause)
+{
+	FStart Result = StartProject(Options);
+	if (!Result.bStarted)
+	{
+		return Result;
+	}
 	UCVXSettings& Settings = *UCVXSettings::Get();
 	FModelChoice Choice = FModelChoice::Make(Options, Settings);
 	Result.Error = Choice.Error;
 	Result.Notice = Choice.Notice;
-	if (!Result.Error.IsEmpty())
+	Result.bStarted = Result.Error.IsEmpty();
+	if (!Result.bStarted)
 	{
 		return Result;
 	}
@@ -61,7 +72,6 @@ FLaunchSession::FStart FLaunchSession::Start(const FLaunchOptions& Options, std:
 		Choice.Overrides.Provider = Demo->MakeProfile(*Choice.Demo);
 	}
 	FCVXSessionOverrides::Get().Apply(Settings, Choice.Overrides);
-	Result.bStarted = true;
 	return Result;
 }
 

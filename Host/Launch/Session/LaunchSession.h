@@ -27,7 +27,10 @@ public:
 	FLaunchSession(const FLaunchSession&) = delete;
 	FLaunchSession& operator=(const FLaunchSession&) = delete;
 
-	/** @param DemoPause between the words of the demo model. A start that failed was the user's mistake. */
+	/** The project alone, with its settings as they are. A start that failed was the user's mistake. */
+	FStart StartProject(const FLaunchOptions& Options);
+
+	/** The project, with the model and the agent of this run. @param DemoPause between the words of the demo model. */
 	FStart Start(const FLaunchOptions& Options, std::chrono::milliseconds DemoPause);
 
 	/** A new conversation with the active agent. @return null when the settings don't allow one; the log says why. */
