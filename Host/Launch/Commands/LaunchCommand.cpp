@@ -28,8 +28,9 @@ constexpr FLaunchCommand Commands[] = {
 			 "'run --resume continue' goes on with what was interrupted.\n"),
 		&RunRunCommand, true},
 	{TEXT("tasks"), TEXT(""), TEXT("list the project's stored conversations"),
-		TEXT("Each with its id, state, age, agent and title; what a sub-agent did stands below the conversation that\n"
-			 "asked for it.\n"),
+		TEXT("Each with the beginning of its id, its state, age, agent and title, oldest first; what a sub-agent did\n"
+			 "stands below the conversation that asked for it. A star marks the one that --resume goes on with.\n"
+			 "With --json a conversation a line, with its whole id.\n"),
 		&RunTasksCommand},
 	{TEXT("models"), TEXT("[VENDOR]"), TEXT("list the vendors and models that there are profiles for"),
 		TEXT("Each vendor with whether a key was found, and where from, never the key; each model with its context\n"

@@ -5,6 +5,7 @@
 #include "Launch/Commands/LaunchCommand.h"
 #include "Launch/Options/LaunchOptions.h"
 #include "Launch/Session/LaunchSession.h"
+#include "Launch/Session/TaskChoice.h"
 #include "Launch/Terminal/SafeText.h"
 #include "Launch/Terminal/TerminalOut.h"
 #include "Policies/CondensedJsonPrintPolicy.h"
@@ -14,10 +15,22 @@
 
 namespace
 {
-constexpr int32 AgeColumn = 10;
+constexpr int32 MinIdChars = 8;
+constexpr int32 StateColumn = 10;
+constexpr int32 AgeColumn = 6;
 constexpr int32 AgentColumn = 16;
+constexpr int32 IndentChars = 2;
+/** A narrower terminal wraps the rows. */
+constexpr int32 MinWidth = 60;
 
 using FTasks = TArray<TSharedPtr<FCVXTask>>;
+
+/** A conversation, and how many it hangs below. */
+struct FListedTask
+{
+	TSharedPtr<FCVXTask> Task;
+	int32 Depth = 0;
+};
 
 /** "5 m", "3 h", "2 d". */
 FString FormatAge(FDateTime CreatedAt)
@@ -44,11 +57,27 @@ FString DescribeState(const FCVXTask& Task)
 	return bEnded ? TEXT("complete") : TEXT("open");
 }
 
-FString MakeRow(const FCVXTask& Task, int32 Depth)
+/** One line of a text that may have several, safe to show. */
+FString ToOneLine(const FString& Text)
 {
-	return FString::ChrN(2 * Depth, TEXT(' ')) + Task.GetTaskId() + TEXT("  ") +
-		DescribeState(Task).RightPad(AgeColumn) + FormatAge(Task.GetCreatedAt()).RightPad(AgeColumn) +
-		Task.GetAgentProfileName().RightPad(AgentColumn) + MakeSafeText(Task.GetTitle()) + TEXT("\n");
+	return MakeSafeText(Text).Replace(TEXT("\n"), TEXT(" ")).Replace(TEXT("\t"), TEXT(" "));
+}
+
+/** @param bActive whether it is the one that `--resume` goes on with. */
+FString MakeRow(const FListedTask& Listed, bool bActive, int32 IdChars, int32 MaxChars)
+{
+	const FCVXTask& Task = *Listed.Task;
+	const FString Row = (bActive ? TEXT("* ") : TEXT("  ")) + Task.GetTaskId().Left(IdChars).RightPad(IdChars + 2) +
+		DescribeState(Task).RightPad(StateColumn) + FormatAge(Task.GetCreatedAt()).RightPad(AgeColumn) +
+		ToOneLine(Task.GetAgentProfileName()).RightPad(AgentColumn) +
+		FString::ChrN(IndentChars * Listed.Depth, TEXT(' ')) + ToOneLine(Task.GetTitle());
+	return (Row.Len() > MaxChars ? Row.Left(MaxChars - 3) + TEXT("...") : Row) + TEXT("\n");
+}
+
+FString MakeHead(int32 IdChars)
+{
+	return TEXT("  ") + FString(TEXT("ID")).RightPad(IdChars + 2) + FString(TEXT("STATE")).RightPad(StateColumn) +
+		FString(TEXT("AGE")).RightPad(AgeColumn) + FString(TEXT("AGENT")).RightPad(AgentColumn) + TEXT("TITLE\n");
 }
 
 FString MakeJson(const FCVXTask& Task)
@@ -68,23 +97,111 @@ FString MakeJson(const FCVXTask& Task)
 	return Json + TEXT("\n");
 }
 
-/** The tasks of a parent and theirs, oldest first. A task whose parent is gone stands on top. */
-void ListChildren(const FTasks& Tasks, const FString& ParentId, int32 Depth, bool bJson, FString& Out)
+/** The conversations with what sub-agents did below each, oldest first. One whose parent is gone stands by itself. */
+class FTaskTree
 {
-	for (const TSharedPtr<FCVXTask>& Task : Tasks)
+public:
+	explicit FTaskTree(const FTasks& Tasks)
 	{
-		const bool bOrphan = Depth == 0 && !FCVXTaskManager::Get().FindTask(Task->ParentTaskId);
-		if (bOrphan || (Depth > 0 && Task->ParentTaskId == ParentId))
+		TSet<FString> Ids;
+		for (const TSharedPtr<FCVXTask>& Task : Tasks)
 		{
-			Out += bJson ? MakeJson(*Task) : MakeRow(*Task, Depth);
-			ListChildren(Tasks, Task->GetTaskId(), Depth + 1, bJson, Out);
+			Ids.Add(Task->GetTaskId());
+		}
+		for (const TSharedPtr<FCVXTask>& Task : Tasks)
+		{
+			Children.FindOrAdd(Ids.Contains(Task->ParentTaskId) ? Task->ParentTaskId : FString()).Add(Task);
+		}
+		AddChildren(FString(), 0);
+		// Damaged files may name each other as parents.
+		for (const TSharedPtr<FCVXTask>& Task : Tasks)
+		{
+			Add(Task, 0);
 		}
 	}
+
+	TArray<FListedTask> Listed;
+
+private:
+	void Add(const TSharedPtr<FCVXTask>& Task, int32 Depth)
+	{
+		if (!Done.Contains(Task->GetTaskId()))
+		{
+			Done.Add(Task->GetTaskId());
+			Listed.Add({Task, Depth});
+			AddChildren(Task->GetTaskId(), Depth + 1);
+		}
+	}
+
+	void AddChildren(const FString& ParentId, int32 Depth)
+	{
+		for (const TSharedPtr<FCVXTask>& Child : Children.FindOrAdd(ParentId))
+		{
+			Add(Child, Depth);
+		}
+	}
+
+	TMap<FString, FTasks> Children;
+	TSet<FString> Done;
+};
+
+/** The fewest characters by which ids can be told apart, and no fewer than are easily recognised. */
+int32 FindIdChars(const TArray<FListedTask>& Listed)
+{
+	TArray<FString> Ids;
+	for (const FListedTask& Each : Listed)
+	{
+		Ids.Add(Each.Task->GetTaskId().ToLower());
+	}
+	Ids.Sort();
+	int32 Chars = MinIdChars;
+	for (int32 Index = 1; Index < Ids.Num(); ++Index)
+	{
+		while (Chars < Ids[Index].Len() && Ids[Index].Left(Chars) == Ids[Index - 1].Left(Chars))
+		{
+			++Chars;
+		}
+	}
+	return Chars;
+}
+
+/** A terminal's width; a file takes what there is. */
+int32 FindWidth()
+{
+	const FTerminalStyle Style = FTerminalStyle::Detect(STDOUT_FILENO);
+	return Style.bCursor ? FMath::Max(Style.Columns, MinWidth) : MAX_int32;
+}
+
+FString MakeText(const TArray<FListedTask>& Listed)
+{
+	const TSharedPtr<FCVXTask> Active = FTaskChoice::Find(TEXT("last")).Task;
+	const int32 IdChars = FindIdChars(Listed);
+	const int32 Width = FindWidth();
+	FString Text = MakeHead(IdChars);
+	for (const FListedTask& Each : Listed)
+	{
+		Text += MakeRow(Each, Each.Task == Active, IdChars, Width);
+	}
+	return Listed.IsEmpty() ? FString(TEXT("This project has no stored conversation yet.\n")) : Text;
+}
+
+FString MakeJsonLines(const TArray<FListedTask>& Listed)
+{
+	FString Text;
+	for (const FListedTask& Each : Listed)
+	{
+		Text += MakeJson(*Each.Task);
+	}
+	return Text;
 }
 } // namespace
 
 int RunTasksCommand(const FLaunchOptions& Options)
 {
+	if (!Options.Words.IsEmpty())
+	{
+		return ReportUsageError(TEXT("'tasks' takes no words; 'chat --resume ID' goes on with a conversation"));
+	}
 	FLaunchSession Session;
 	const FLaunchSession::FStart Started = Session.Start(Options, std::chrono::milliseconds(0));
 	if (!Started.bStarted)
@@ -95,8 +212,8 @@ int RunTasksCommand(const FLaunchOptions& Options)
 	FTasks Tasks = FCVXTaskManager::Get().GetAllTasks();
 	Tasks.StableSort([](const TSharedPtr<FCVXTask>& A, const TSharedPtr<FCVXTask>& B)
 		{ return A->GetCreatedAt() < B->GetCreatedAt(); });
-	FString Text;
-	ListChildren(Tasks, FString(), 0, Options.bJson, Text);
+	const FTaskTree Tree(Tasks);
+	const FString Text = Options.bJson ? MakeJsonLines(Tree.Listed) : MakeText(Tree.Listed);
 	// They were only looked at; the end of the session must not save them anew.
 	FCVXTaskManager::Get().ReleaseTasks();
 	return WriteToDescriptor(STDOUT_FILENO, Text) ? ExitComplete : ExitError;

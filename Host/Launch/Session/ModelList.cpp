@@ -44,8 +44,9 @@ void AddProfile(FListedVendor& Vendor, const FCVXProviderProfile& Profile, bool 
 	if (Vendor.Key == EKeySource::Missing)
 	{
 		Vendor.Key = Key;
-		// What stands in for a variable's name may be the key itself, which nobody is shown.
-		Vendor.KeyVariable = Key == EKeySource::Profile ? FString() : Profile.ApiKeyEnvVar;
+		// What stands in the place of a variable's name may be the key itself, which nobody is shown.
+		const bool bVariable = Key == EKeySource::Environment || Key == EKeySource::KeyFile;
+		Vendor.KeyVariable = bVariable ? Profile.ApiKeyEnvVar : Vendor.Vendor.ApiKeyEnvVar;
 	}
 	FListedModel& Model = FindOrAddModel(Vendor, Profile);
 	Model.Profiles.Add(Profile.ProfileName);
