@@ -1,6 +1,7 @@
 #include "Launch/Demo/DemoScenario.h"
 #include "Launch/Conversation/ApprovalAnswer.h"
 #include "Launch/Demo/DemoDialect.h"
+#include "Launch/Demo/DemoJson.h"
 #include "Launch/Demo/DemoScenarioTexts.h"
 #include "Launch/Demo/DemoText.h"
 #include "Support/HostTypePrinting.h"
@@ -93,7 +94,37 @@ TEST(DemoScenario, StreamedPiecesAreTheTextAndCutNoCharacter)
 		EXPECT_FALSE(Piece[0] >= 0xDC00 && Piece[0] <= 0xDFFF);
 	}
 	EXPECT_TRUE(FString::Join(SplitDemoText(Faces), TEXT("")).Equals(Faces));
-	FDemoRequest Request;
+}
+
+TEST(DemoRequest, GoingOnKeepsTheQuestionAndLooksAtEverythingAnew)
+{
+	FDemoRequest Request = Ask(TEXT("fix it"));
+	Request.AddCall({}, TEXT("read"));
+	Request.AddCall({}, TEXT("list"));
+	Request.AddCall({}, TEXT("read"));
+	Request.AddResultOfOldest(TEXT("read"), TEXT("one"), false);
+	Request.AddResultOfOldest(TEXT("read"), TEXT("two"), true);
+	EXPECT_EQ(Request.Calls[0].Result, TEXT("one"));
+	EXPECT_FALSE(Request.Calls[1].bHasResult);
+	EXPECT_TRUE(Request.Calls[2].bIsError);
+	Request.AddUserText(TEXT(" Continue\n"));
+	EXPECT_EQ(Request.Question, TEXT("fix it"));
+	EXPECT_TRUE(Request.bGoesOn && Request.Calls.IsEmpty());
+	Request.AddUserText(TEXT("stop it"));
+	EXPECT_FALSE(Request.bGoesOn);
+	EXPECT_FALSE(Ask(TEXT("continue")).bGoesOn) << "with nothing";
+}
+
+TEST(DemoDialect, IsFoundByItsNameAndRefusesWhatIsNoRequestOfIts)
+{
+	for (const IDemoDialect* Dialect : GetDemoDialects())
+	{
+		EXPECT_EQ(FindDemoDialect(Dialect->GetName()), Dialect);
+		FDemoRequest Request;
+		EXPECT_FALSE(Dialect->ReadRequest(*DemoJson::Parse("{\"model\":1}"), Request));
+	}
+	EXPECT_EQ(FindDemoDialect(TEXT("demo-other")), nullptr);
+	EXPECT_FALSE(DemoJson::Parse("{\"model\":").IsValid());
 }
 
 TEST(ApprovalAnswer, TakesWordsAndLettersAndNothingElse)

@@ -1,49 +1,27 @@
-#include "Launch/Support/ProgramRun.h"
+#include "Launch/Support/Sample.h"
 #include "Loopback/LoopbackServer.h"
-#include "Support/TempProject.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
-
-using testing::AssertionFailure;
-using testing::AssertionResult;
-using testing::AssertionSuccess;
+#include <sstream>
 
 namespace
 {
-const std::string WeaponFile = "Source/Skirmish/Weapons/SkirmishWeapon.cpp";
-const std::string Fault = "if (AmmoInMagazine < 0)";
-const std::string Fixed = "if (AmmoInMagazine <= 0)";
-
-AssertionResult Holds(const std::string& Text, const std::string& Part)
+/** The lines that tell of calls and their ends, without times. */
+std::string ListCalls(const std::string& Output)
 {
-	return Text.find(Part) != std::string::npos ? AssertionSuccess()
-												: AssertionFailure() << "no \"" << Part << "\" in:\n"
-																	 << Text;
+	std::istringstream Lines(Output);
+	std::string Calls;
+	for (std::string Line; std::getline(Lines, Line);)
+	{
+		const std::size_t Start = Line.find_first_not_of(' ');
+		const std::string Rest = Start == std::string::npos ? std::string() : Line.substr(Start);
+		if (Rest.starts_with("* ") || Rest.starts_with("done ") || Rest.starts_with("failed ") || Rest.starts_with("["))
+		{
+			Calls += Rest.substr(0, Rest.find(',')) + "\n";
+		}
+	}
+	return Calls;
 }
-
-/** A copy of the sample project. */
-class FSample
-{
-public:
-	FSample()
-	{
-		std::filesystem::copy(CORVEXA_SAMPLES_DIR "/Skirmish", Root(),
-			std::filesystem::copy_options::recursive | std::filesystem::copy_options::overwrite_existing);
-	}
-
-	std::string Root() const { return TCHAR_TO_UTF8(*Project.Dir()); }
-	std::string Weapon() const { return Project.Read(WeaponFile); }
-	std::string Log() const { return Project.Read("Saved/Logs/Skirmish.log"); }
-
-	FProgramRun Run(const std::string& Command, std::vector<std::string> More) const
-	{
-		More.insert(More.begin(), {Command, "--project", Root()});
-		return FProgramRun(std::move(More));
-	}
-
-	FTempProject Project;
-};
 
 std::string SettingsWithVendor(const std::string& Url)
 {
@@ -72,6 +50,65 @@ TEST(Program, TheDemoModelFindsAndFixesTheSamplesFaultOverRealHttp)
 	EXPECT_EQ(Again.Status, 0) << Again.Errors;
 	EXPECT_TRUE(Holds(Again.Output, "{\"event\":\"result\",\"text\":\"I searched"))
 		<< "it says what it found, not what the script hoped for";
+}
+
+TEST(Program, TheDemoModelPlaysItsScenariosAlikeInEachDialect)
+{
+	struct FPlay
+	{
+		std::string Agent;
+		/** Whether the change is allowed. */
+		bool bAllow;
+	};
+	for (const FPlay& Play : {FPlay{"Coder", true}, {"Coder", false}, {"Orchestrator", true}})
+	{
+		std::string Usual;
+		for (const char* Dialect : {"demo", "demo-openai", "demo-gemini"})
+		{
+			const FSample Sample;
+			const FProgramResult Result = Sample.Run("chat", {"--agent", Play.Agent, "--provider", Dialect})
+											  .Run(Play.bAllow ? "fix it\ny\ny\n/exit\n" : "fix it\nn\n/exit\n");
+			EXPECT_EQ(Result.Status, 0) << Dialect << Result.Errors << Result.Output;
+			EXPECT_TRUE(Holds(Sample.Weapon(), Play.bAllow ? Fixed : Fault)) << Dialect;
+			EXPECT_EQ(Result.Output.find(" 0 tokens in"), std::string::npos) << Dialect << " tells no usage";
+			const std::string Calls = ListCalls(Result.Output);
+			EXPECT_TRUE(Holds(Calls, "Edit File"));
+			Usual = Usual.empty() ? Calls : Usual;
+			EXPECT_EQ(Calls, Usual) << Dialect;
+		}
+	}
+}
+
+TEST(Program, ModelsAreListedWithWhereKeysComeFromAndNeverAKey)
+{
+	const FSample Sample;
+	Sample.Project.Write("Config/DefaultEditor.ini",
+		"[/Script/Corvexa.CVXSettings]\nSettingsVersion=5\n+ProviderProfiles=(ProfileName=\"Default\")\n"
+		"+ProviderProfiles=(ProfileName=\"Mine\",ProviderType=OpenAICompat,BaseURL=\"http://here/v1\",ModelId=\"m-1\","
+		"MaxContextTokens=4321,ApiKeyEnvVar=\"sk-pasted-key\")\n");
+	Sample.Project.Write("Saved/CVX/apikeys.cfg", "GEMINI_API_KEY=sk-filed-key\n");
+	const auto List = [&](std::vector<std::string> More)
+	{ return Sample.Run("models", std::move(More)).With("OPENAI_API_KEY=sk-exported-key").Run(); };
+	const std::string All = List({}).Output;
+	const std::string Json = List({"--json"}).Output;
+	for (const char* Line : {"Anthropic (anthropic): no key; ANTHROPIC_API_KEY would hold it\n",
+			 "OpenAI (openai): key found in the environment, OPENAI_API_KEY\n",
+			 "Google Gemini (gemini): key found in Saved/CVX/apikeys.cfg, GEMINI_API_KEY\n",
+			 "Ollama (ollama): local, no key needed\n", "Custom (custom): key found in a profile\n",
+			 "<- Default (active)", "<- Mine\n"})
+	{
+		EXPECT_TRUE(Holds(All, Line));
+	}
+	EXPECT_TRUE(Holds(Json, "\"id\":\"m-1\",\"name\":\"m-1\",\"context_tokens\":4321,"));
+	EXPECT_TRUE(Holds(Json, "\"key\":\"key_file\",\"key_variable\":\"GEMINI_API_KEY\"}"));
+	EXPECT_EQ((All + Json).find("sk-"), std::string::npos);
+
+	const std::string One = List({"OpenAI"}).Output;
+	EXPECT_TRUE(Holds(One, "gpt-4.1-nano"));
+	EXPECT_EQ(One.find("claude"), std::string::npos);
+	const FProgramResult Unknown = List({"opnai"});
+	EXPECT_EQ(Unknown.Status, 2);
+	EXPECT_TRUE(Holds(Unknown.Errors, "no vendor is named 'opnai'; did you mean 'openai'?"));
 }
 
 TEST(Program, ARunThatNeedsAPersonSaysForWhatAndChangesNothing)
@@ -180,6 +217,16 @@ TEST(Program, AChatAsksBeforeItChangesAFileAndTakesTheAnswer)
 	EXPECT_TRUE(Holds(Sample.Weapon(), Fixed));
 }
 
+TEST(Program, WhatWasTypedAheadIsNoAnswerToAnApproval)
+{
+	const FSample Sample;
+	const FProgramResult Result =
+		Sample.Run("chat", {"--agent", "Coder"})
+			.RunAtTerminal({{"> ", "fix it\ny\n"}, {"Allow it?", "n\n"}, {"== Result ==", ""}, {"> ", "\x04"}});
+	EXPECT_EQ(Result.Status, 0) << Result.Errors << Result.Output;
+	EXPECT_TRUE(Holds(Sample.Weapon(), Fault));
+}
+
 TEST(Program, AChatWhoseInputEndsAheadOfAnAnswerNeedsAPerson)
 {
 	const FSample Sample;
@@ -208,12 +255,6 @@ TEST(Program, TheDemoModelKeepsAPlanAsksAndIsHeldToItsEnd)
 		EXPECT_TRUE(Holds(Tasks.Output, "complete"));
 		EXPECT_TRUE(Holds(Tasks.Output, "Coder"));
 	}
-	const FProgramResult Resumed =
-		Sample.Run("run", {"--resume", "last", "--approve", "all", "And the pistol again"}).Run();
-	EXPECT_TRUE(Holds(Resumed.Output, "Going on with 'Chat', ")) << Resumed.Errors;
-	EXPECT_EQ(Sample.Run("run", {"--resume", "ghost", "go"}).Run().Status, 2);
-	const FProgramResult Json = Sample.Run("tasks", {"--json"}).Run();
-	EXPECT_EQ(Json.Output.find("\"id\""), Json.Output.rfind("\"id\"")) << "one conversation, however often resumed";
 }
 
 TEST(Program, OneToolRunsAsTheModelWouldRunIt)

@@ -190,4 +190,27 @@ TEST(TerminalView, AKeyIsHiddenWhereverItStands)
 	Mask.Hide(TEXT("sk-secret-1234"));
 	Mask.Hide(TEXT("a"));
 	EXPECT_EQ(Mask.Apply(TEXT("bad key sk-secret-1234, sk-secret-1234!")), TEXT("bad key [API key], [API key]!"));
+	Mask.Hide(TEXT("sk-secret-1234-longer"));
+	EXPECT_EQ(Mask.Apply(TEXT("sk-secret-1234-longer")), TEXT("[API key]")) << "and not an end of it";
+}
+
+TEST(KeyMask, FindsAKeyHoweverAStreamIsCutAndHoldsNothingElseBack)
+{
+	FKeyMask Mask;
+	Mask.Hide(TEXT("sk-sk-secret"));
+	const FString Whole = TEXT("is sk-sk-sk-secret, ask-sk-secre");
+	for (int32 First = 0; First <= Whole.Len(); ++First)
+	{
+		for (int32 Second = First; Second <= Whole.Len(); ++Second)
+		{
+			FString Held;
+			const FString Shown = Mask.ApplyToPiece(Whole.Left(First), Held) +
+				Mask.ApplyToPiece(Whole.Mid(First, Second - First), Held) + Mask.ApplyToPiece(Whole.Mid(Second), Held);
+			ASSERT_EQ(Shown, TEXT("is sk-[API key], a")) << First << " " << Second;
+			ASSERT_EQ(Held, TEXT("sk-sk-secre"));
+		}
+	}
+	FString Held;
+	EXPECT_EQ(Mask.ApplyToPiece(TEXT("no beginning of one, "), Held), TEXT("no beginning of one, "));
+	EXPECT_EQ(Held, TEXT(""));
 }

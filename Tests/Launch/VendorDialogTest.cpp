@@ -111,6 +111,16 @@ TEST(VendorDialog, ARefusedRequestIsTriedAgainAndThePlanIsShownAsItChanges)
 	EXPECT_EQ(Vendor.Server.RequestCount(), 3U);
 }
 
+TEST(VendorDialog, AKeyThatTheModelSpeaksInPiecesIsHiddenAndTheRestOfItsWordsIsThere)
+{
+	FVendor Vendor;
+	Vendor.Server.Enqueue(
+		Answer(Text("It is sk-top-") + Text("secret-key, as") + Text(" I said: sk-top") + Complete()));
+	const FProgramResult Result = Vendor.Start("run", {"go"}).Run();
+	EXPECT_EQ(Result.Status, 0) << Result.Errors;
+	EXPECT_TRUE(Contains(Result.Output, "It is [API key], as I said: sk-top\n")) << Result.Output;
+}
+
 TEST(VendorDialog, ASubAgentsWorkIsShownUnderItsNameAndItsCallsAreAskedAbout)
 {
 	FVendor Vendor;

@@ -50,6 +50,16 @@ public:
 		return Status.IsSet();
 	}
 
+	/** What was typed ahead was meant for something else than the question that comes now. */
+	void ForgetTyped(FTerminalInput& Input)
+	{
+		if (Input.ForgetTyped() && !Lines.IsEmpty())
+		{
+			Lines.Empty();
+			Setup.GetView().ShowNotice(TEXT("What was typed ahead is left out, for this needs an answer first."));
+		}
+	}
+
 	int GetStatus() const { return Status.Get(ExitError); }
 
 private:
@@ -133,7 +143,8 @@ int RunChatCommand(const FLaunchOptions& Options)
 		return *Status;
 	}
 	FChat Chat(Setup);
-	const FTerminalInput Input(Chat.MakeHandlers(), true);
+	FTerminalInput Input(Chat.MakeHandlers(), true);
+	Setup.GetConversation().SetBeforeAsking([&] { Chat.ForgetTyped(Input); });
 	Setup.GetSession().RunUntil([&] { return Chat.Advance(); });
 	return Chat.GetStatus();
 }

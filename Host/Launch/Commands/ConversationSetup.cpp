@@ -87,7 +87,7 @@ TOptional<int> FConversationSetup::Start(const FString& Title, bool bAsk)
 	{
 		return Status;
 	}
-	Conversation = MakeUnique<FConversation>(Task.ToSharedRef(), *View, bAsk);
+	Conversation = MakeUnique<FConversation>(Task.ToSharedRef(), *View, Keys, bAsk);
 	return {};
 }
 
@@ -119,8 +119,7 @@ TSharedPtr<FCVXTask> FConversationSetup::ChooseTask(const FString& Title, int& O
 	}
 	else if (bResume)
 	{
-		View->ShowNotice(
-			FString::Printf(TEXT("Going on with '%s', %d messages so far."), *Task->GetTitle(), Messages));
+		View->ShowNotice(FString::Printf(TEXT("Going on with '%s', %d messages so far."), *Task->GetTitle(), Messages));
 	}
 	return Task;
 }

@@ -63,7 +63,8 @@ int RunRunCommand(const FLaunchOptions& Options)
 		Setup.NoteTypedLine();
 		Conversation.Answer(Line);
 	};
-	const FTerminalInput Input(MoveTemp(Handlers), Setup.IsAtTerminal());
+	FTerminalInput Input(MoveTemp(Handlers), Setup.IsAtTerminal());
+	Conversation.SetBeforeAsking([&] { (void)Input.ForgetTyped(); });
 	Conversation.Submit(Request);
 	Setup.GetSession().RunUntil(
 		[&]

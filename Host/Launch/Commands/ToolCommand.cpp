@@ -68,7 +68,7 @@ public:
 		Handlers.OnInterrupt = [this] { Stage = EStage::Interrupted; };
 		Handlers.OnTerminate = Handlers.OnInterrupt;
 		Handlers.OnLine = [this](const FString& Line) { Answer(Line); };
-		const FTerminalInput Input(MoveTemp(Handlers), IsAtTerminal());
+		FTerminalInput Input(MoveTemp(Handlers), IsAtTerminal());
 		Executor.ExecuteToolCall(Call, Agent,
 			FCVXOnToolComplete::CreateLambda(
 				[this](const FString&, const FCVXToolExecutionResult& InResult)
@@ -77,7 +77,11 @@ public:
 					Stage = EStage::Done;
 				}),
 			FCVXOnToolApprovalNeeded::CreateLambda(
-				[this](const FString&, const FCVXApprovalRequest& Request) { Ask(Request); }));
+				[this, &Input](const FString&, const FCVXApprovalRequest& Request)
+				{
+					(void)Input.ForgetTyped();
+					Ask(Request);
+				}));
 		Session.RunUntil([this] { return Stage != EStage::Running && Stage != EStage::Asking; });
 		return Finish();
 	}

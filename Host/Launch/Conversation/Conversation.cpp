@@ -23,11 +23,13 @@ FString ToSelection(const FCVXClarificationQuestion& Question, const FString& Li
 }
 } // namespace
 
-FConversation::FConversation(const TSharedRef<FCVXTask>& Task, IConversationView& InView, bool bInAsk)
+FConversation::FConversation(
+	const TSharedRef<FCVXTask>& Task, IConversationView& InView, const FKeyMask& InKeys, bool bInAsk)
 	: View(InView)
+	, Keys(InKeys)
 	, bAsk(bInAsk)
 {
-	Watches.Add(MakeUnique<FTaskWatch>(Task, View, *this));
+	Watches.Add(MakeUnique<FTaskWatch>(Task, View, Keys, *this));
 	Speaker = Watches[0].Get();
 	FCVXTaskManager::Get().OnTaskCreated.AddLambda(
 		[this, Alive = Alive](const TSharedPtr<FCVXTask>& Created)
@@ -53,7 +55,7 @@ void FConversation::AddSubTask(const TSharedPtr<FCVXTask>& Task)
 			[&](const TUniquePtr<FTaskWatch>& Each) { return Each->GetTask().GetTaskId() == Task->ParentTaskId; });
 	if (bOurs && IsRunning())
 	{
-		Watches.Add(MakeUnique<FTaskWatch>(Task.ToSharedRef(), View, *this));
+		Watches.Add(MakeUnique<FTaskWatch>(Task.ToSharedRef(), View, Keys, *this));
 	}
 }
 
@@ -160,6 +162,10 @@ void FConversation::OnTaskQuestions(FTaskWatch& Watch, const FCVXClarificationRe
 
 void FConversation::AskNext()
 {
+	if (IsAsking() && BeforeAsking)
+	{
+		BeforeAsking();
+	}
 	if (!Approvals.IsEmpty())
 	{
 		View.ShowApproval(Approvals[0].Watch->FindCall(Approvals[0].ToolUseId), Approvals[0].Request, true);

@@ -22,8 +22,9 @@ public:
 		Interrupted,
 	};
 
-	/** @param InView must outlive the conversation. @param bInAsk whether somebody is there to decide and to answer. */
-	FConversation(const TSharedRef<FCVXTask>& Task, IConversationView& InView, bool bInAsk);
+	/** The view and the keys that it hides must outlive the conversation. @param bInAsk whether somebody is there to
+	 * decide and to answer. */
+	FConversation(const TSharedRef<FCVXTask>& Task, IConversationView& InView, const FKeyMask& InKeys, bool bInAsk);
 	~FConversation() override;
 	FConversation(const FConversation&) = delete;
 	FConversation& operator=(const FConversation&) = delete;
@@ -34,6 +35,8 @@ public:
 	void Interrupt();
 	/** Whether a decision or an answer is asked for. */
 	bool IsAsking() const { return !Approvals.IsEmpty() || !Questions.IsEmpty(); }
+	/** @param Call runs ahead of each question and each approval that is asked for. */
+	void SetBeforeAsking(TFunction<void()> Call) { BeforeAsking = MoveTemp(Call); }
 	/** Takes the answer to what is asked for. */
 	void Answer(const FString& Line);
 	/** Some times a second: shows how time passes, and notices a run that has come to rest. */
@@ -78,11 +81,13 @@ private:
 	FTaskWatch& GetWorking() const;
 
 	IConversationView& View;
+	const FKeyMask& Keys;
 	const bool bAsk;
 	EOutcome Outcome = EOutcome::None;
 	/** The conversation's own task, and those of its sub-agents in the order in which they began. */
 	TArray<TUniquePtr<FTaskWatch>> Watches;
 	const FTaskWatch* Speaker = nullptr;
+	TFunction<void()> BeforeAsking;
 	/** What waits, oldest first. Approvals are asked about ahead of questions. */
 	TArray<FApproval> Approvals;
 	TArray<FQuestions> Questions;

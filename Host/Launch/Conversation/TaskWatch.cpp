@@ -21,9 +21,11 @@ bool IsToolState(ECVXTaskState State)
 }
 } // namespace
 
-FTaskWatch::FTaskWatch(TSharedRef<FCVXTask> InTask, IConversationView& InView, ITaskListener& InListener)
+FTaskWatch::FTaskWatch(
+	TSharedRef<FCVXTask> InTask, IConversationView& InView, const FKeyMask& InKeys, ITaskListener& InListener)
 	: Task(MoveTemp(InTask))
 	, View(InView)
+	, Keys(InKeys)
 	, Listener(InListener)
 	, StateTime(FPlatformTime::Seconds())
 {
@@ -47,18 +49,28 @@ void FTaskWatch::BindLoop()
 			}
 		};
 	};
+	const auto Streamed = [this, Guarded](FStream& Stream)
+	{
+		return Guarded(
+			[this, &Stream](const FString& Piece)
+			{
+				Listener.OnTaskSpeaks(*this);
+				ShowPiece(Stream, Piece);
+			});
+	};
 	const auto Spoken = [this, Guarded](auto Call)
 	{
 		return Guarded(
 			[this, Call](const auto&... Arguments)
 			{
 				Listener.OnTaskSpeaks(*this);
+				ShowHeld();
 				Call(Arguments...);
 			});
 	};
 	FCVXAgentLoop& Loop = GetLoop();
-	Loop.OnTextDelta.AddLambda(Spoken([this](const FString& Text) { View.ShowText(Text); }));
-	Loop.OnReasoningDelta.AddLambda(Spoken([this](const FString& Text) { View.ShowReasoning(Text); }));
+	Loop.OnTextDelta.AddLambda(Streamed(Text));
+	Loop.OnReasoningDelta.AddLambda(Streamed(Reasoning));
 	Loop.OnMessageComplete.AddLambda(Spoken([this](const FCVXMessage& Message) { OnMessage(Message); }));
 	Loop.OnStateChanged.AddLambda(Guarded([this](ECVXTaskState State) { OnState(State); }));
 	Loop.OnError.AddLambda(Spoken([this](const FString& Error) { Listener.OnTaskError(*this, Error); }));
@@ -68,6 +80,33 @@ void FTaskWatch::BindLoop()
 	Loop.OnClarificationNeeded.AddLambda(Spoken(
 		[this](const FString&, const FCVXClarificationRequest& Request) { Listener.OnTaskQuestions(*this, Request); }));
 	Task->GetTodoList().OnChanged.AddLambda(Spoken([this]() { View.ShowTodoList(Task->GetTodoList().GetItems()); }));
+}
+
+void FTaskWatch::ShowPiece(FStream& Stream, const FString& Piece)
+{
+	if (&Stream == &Text ? !Reasoning.Held.IsEmpty() : !Text.Held.IsEmpty())
+	{
+		ShowHeld();
+	}
+	const FString Shown = Keys.ApplyToPiece(Piece, Stream.Held);
+	if (!Shown.IsEmpty())
+	{
+		(View.*Stream.Show)(Shown);
+	}
+}
+
+void FTaskWatch::ShowHeld()
+{
+	for (FStream* Stream : {&Reasoning, &Text})
+	{
+		if (!Stream->Held.IsEmpty())
+		{
+			const FString Held = MoveTemp(Stream->Held);
+			Stream->Held.Empty();
+			Listener.OnTaskSpeaks(*this);
+			(View.*Stream->Show)(Held);
+		}
+	}
 }
 
 void FTaskWatch::BeginRun()
@@ -85,6 +124,7 @@ void FTaskWatch::OnState(ECVXTaskState State)
 	}
 	LastState = State;
 	StateTime = Now;
+	ShowHeld();
 	Listener.OnTaskState(*this, State);
 	if (State == ECVXTaskState::Streaming)
 	{

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Agent/Tasks/CVXTask.h"
+#include "Launch/Terminal/KeyMask.h"
 #include "Launch/View/ConversationView.h"
 
 class FTaskWatch;
@@ -24,8 +25,9 @@ public:
 class FTaskWatch
 {
 public:
-	/** View and listener must outlive the watch. */
-	FTaskWatch(TSharedRef<FCVXTask> InTask, IConversationView& InView, ITaskListener& InListener);
+	/** View, keys and listener must outlive the watch. */
+	FTaskWatch(
+		TSharedRef<FCVXTask> InTask, IConversationView& InView, const FKeyMask& InKeys, ITaskListener& InListener);
 	~FTaskWatch();
 	FTaskWatch(const FTaskWatch&) = delete;
 	FTaskWatch& operator=(const FTaskWatch&) = delete;
@@ -42,7 +44,17 @@ public:
 	double GetStateTime() const { return StateTime; }
 
 private:
+	/** A stream of the model's words, and what of it may yet turn out to be a key. */
+	struct FStream
+	{
+		void (IConversationView::*Show)(const FString&);
+		FString Held;
+	};
+
 	void BindLoop();
+	void ShowPiece(FStream& Stream, const FString& Piece);
+	/** Shows what streams have kept back; called ahead of all else that is shown. */
+	void ShowHeld();
 	void OnMessage(const FCVXMessage& Message);
 	void OnState(ECVXTaskState State);
 	/** Says that a completion didn't end the run. */
@@ -52,7 +64,10 @@ private:
 
 	TSharedRef<FCVXTask> Task;
 	IConversationView& View;
+	const FKeyMask& Keys;
 	ITaskListener& Listener;
+	FStream Text{&IConversationView::ShowText, {}};
+	FStream Reasoning{&IConversationView::ShowReasoning, {}};
 	/** The calls of the present turn. */
 	TArray<FShownCall> Calls;
 	double StateTime = 0.0;

@@ -13,6 +13,15 @@ public:
 	/** The text with a mark in the place of each hidden key. */
 	FString Apply(const FString& Text) const;
 
+	/**
+	 * The same for a text that comes in pieces. @param InOutHeld of this text: an end of it that may be the beginning
+	 * of a key, kept until the next piece tells; empty at first. What it holds at the text's end is shown as it is.
+	 */
+	FString ApplyToPiece(const FString& Piece, FString& InOutHeld) const;
+
 private:
+	int32 CountPossibleKeyChars(const FString& Text) const;
+
+	/** The longest first, so that one that begins another doesn't leave the other's end. */
 	TArray<FString> Keys;
 };

@@ -2,12 +2,14 @@
 
 #include "Async/Async.h"
 #include "HAL/RunnableThread.h"
+#include "Misc/ScopeLock.h"
 
 #include <array>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
 #include <poll.h>
+#include <termios.h>
 #include <unistd.h>
 
 namespace
@@ -73,6 +75,7 @@ private:
 FTerminalInput::FTerminalInput(FTerminalInputHandlers InHandlers, bool bInReadLines)
 	: Shared(MakeShared<FShared>())
 	, bReadLines(bInReadLines)
+	, bTyped(::isatty(STDIN_FILENO) != 0)
 	, Signals(MakeUnique<FSignalPipe>())
 {
 	Shared->Handlers = MoveTemp(InHandlers);
@@ -141,8 +144,28 @@ bool FTerminalInput::TakeSignal()
 	return true;
 }
 
+bool FTerminalInput::ForgetTyped()
+{
+	if (bTyped)
+	{
+		const FScopeLock Lock(&Reading);
+		// What the terminal still keeps, the line that was begun, and the lines that are on their way here.
+		(void)::tcflush(STDIN_FILENO, TCIFLUSH);
+		Line.Reset();
+		++Shared->Forgotten;
+	}
+	return bTyped;
+}
+
 bool FTerminalInput::TakeBytes()
 {
+	const FScopeLock Lock(&Reading);
+	// What was there to read may have been forgotten meanwhile, and reading would wait.
+	pollfd Polled = {STDIN_FILENO, POLLIN, 0};
+	if (::poll(&Polled, 1, 0) <= 0)
+	{
+		return true;
+	}
 	std::array<ANSICHAR, 4096> Buffer;
 	const ssize_t Count = ::read(STDIN_FILENO, Buffer.data(), Buffer.size());
 	if (Count < 0 && (errno == EINTR || errno == EAGAIN))
@@ -178,7 +201,14 @@ void FTerminalInput::PostLine()
 	FString Text = FString::FromUtf8(Line.GetData(), Line.Num());
 	Text.RemoveFromEnd(TEXT("\r"));
 	Line.Reset();
-	Post([Text](FShared& To) { To.Handlers.OnLine ? To.Handlers.OnLine(Text) : void(); });
+	Post(
+		[Text, Era = Shared->Forgotten.load()](FShared& To)
+		{
+			if (To.Handlers.OnLine && To.Forgotten == Era)
+			{
+				To.Handlers.OnLine(Text);
+			}
+		});
 }
 
 void FTerminalInput::Post(TFunction<void(FShared&)> Call) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Containers/UnrealString.h"
+#include "HAL/CriticalSection.h"
 #include "HAL/Runnable.h"
 #include "Templates/Function.h"
 #include "Templates/SharedPointer.h"
@@ -36,6 +37,12 @@ public:
 	/** @param bReadLines whether standard input is read at all. */
 	FTerminalInput(FTerminalInputHandlers InHandlers, bool bReadLines);
 	~FTerminalInput() override;
+	/**
+	 * Forgets what a person has typed so far, handed over or not. Called ahead of a question, so that nothing is taken
+	 * for its answer that was typed for another reason. Input from a file or a pipe stays. Game thread.
+	 * @return whether the input is typed at all.
+	 */
+	bool ForgetTyped();
 	FTerminalInput(const FTerminalInput&) = delete;
 	FTerminalInput& operator=(const FTerminalInput&) = delete;
 
@@ -45,6 +52,8 @@ private:
 		/** Touched on the game thread alone; emptied when the owner goes. */
 		FTerminalInputHandlers Handlers;
 		std::atomic<int32> UntakenInterrupts{0};
+		/** How often typed input has been forgotten; lines read before the last time don't count. */
+		std::atomic<int32> Forgotten{0};
 	};
 	class FSignalPipe;
 
@@ -59,6 +68,9 @@ private:
 
 	TSharedRef<FShared> Shared;
 	const bool bReadLines;
+	const bool bTyped;
+	/** Held while input is read, and while it is forgotten. */
+	FCriticalSection Reading;
 	TArray<ANSICHAR> Line;
 	TUniquePtr<FSignalPipe> Signals;
 	TUniquePtr<FRunnableThread> Thread;

@@ -79,6 +79,8 @@ FProgramRun::FProgramRun(std::vector<std::string> InArguments)
 
 FProgramRun& FProgramRun::With(std::string Variable)
 {
+	const std::string Name = Variable.substr(0, Variable.find('=') + 1);
+	std::erase_if(Environment, [&](const std::string& Each) { return Each.starts_with(Name); });
 	Environment.push_back(std::move(Variable));
 	return *this;
 }
@@ -147,6 +149,11 @@ FProgramResult FProgramRun::RunAtTerminal(const std::vector<FStep>& Steps) const
 			break;
 		}
 		From = Found + Step.WaitFor.size();
+		if (Step.bKill)
+		{
+			::kill(Child, SIGKILL);
+			break;
+		}
 		if (::write(Terminal, Step.Type.data(), Step.Type.size()) != static_cast<ssize_t>(Step.Type.size()))
 		{
 			Result.Errors += "not typed: " + Step.Type + "\n";

@@ -19,7 +19,7 @@ class FProgramRun
 public:
 	explicit FProgramRun(std::vector<std::string> InArguments);
 
-	/** Adds a variable, as NAME=value. */
+	/** Sets a variable, as NAME=value. */
 	FProgramRun& With(std::string Variable);
 
 	/** Runs it to its end with these bytes as its standard input. */
@@ -31,6 +31,8 @@ public:
 		std::string WaitFor;
 		/** Typed as it stands; "\x03" is Ctrl-C. */
 		std::string Type;
+		/** Ends the program by SIGKILL in place of typing. */
+		bool bKill = false;
 	};
 
 	/**
