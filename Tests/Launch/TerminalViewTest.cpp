@@ -204,8 +204,11 @@ TEST(KeyMask, FindsAKeyHoweverAStreamIsCutAndHoldsNothingElseBack)
 		for (int32 Second = First; Second <= Whole.Len(); ++Second)
 		{
 			FString Held;
-			const FString Shown = Mask.ApplyToPiece(Whole.Left(First), Held) +
-				Mask.ApplyToPiece(Whole.Mid(First, Second - First), Held) + Mask.ApplyToPiece(Whole.Mid(Second), Held);
+			FString Shown;
+			for (const FString& Piece : {Whole.Left(First), Whole.Mid(First, Second - First), Whole.Mid(Second)})
+			{
+				Shown += Mask.ApplyToPiece(Piece, Held);
+			}
 			ASSERT_EQ(Shown, TEXT("is sk-[API key], a")) << First << " " << Second;
 			ASSERT_EQ(Held, TEXT("sk-sk-secre"));
 		}
