@@ -30,6 +30,10 @@ show_demo()
 
 == How to go on
 Talk with it:            ./run.sh chat --project Build/demo/Skirmish --agent Coder
+Go on with this run:     ./run.sh chat --project Build/demo/Skirmish --resume
+See work delegated:      rm -r Build/demo/Skirmish; cp -r Samples/Skirmish Build/demo/
+                         ./run.sh run --project Build/demo/Skirmish --approve all "Weapons fire when they are empty"
+Vendors, models, keys:   ./run.sh models --project DIR
 Use a real model:        export ANTHROPIC_API_KEY=..., or put the key into Saved/CVX/apikeys.cfg of the project
 Use your own project:    ./run.sh chat --project DIR
 One request, scripted:   ./run.sh run --project DIR --approve reads "..."
