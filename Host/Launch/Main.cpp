@@ -63,8 +63,8 @@ int RunProgram(const TArray<FString>& Arguments)
 	if (!Command->bConverses && !(Options.Resume + Options.Fork).IsEmpty())
 	{
 		return ReportUsageError(
-			FString::Printf(TEXT("'%s' takes no '%s'; 'chat' and 'run' go on with stored conversations"),
-				Command->Name, Options.Fork.IsEmpty() ? TEXT("--resume") : TEXT("--fork")));
+			FString::Printf(TEXT("'%s' takes no '%s'; 'chat' and 'run' go on with stored conversations"), Command->Name,
+				Options.Fork.IsEmpty() ? TEXT("--resume") : TEXT("--fork")));
 	}
 	return Command->Run(Options);
 }

@@ -31,7 +31,7 @@ TEST(StoredConversation, GoesOnByItsIdTheBeginningOfItOrAsTheLast)
 	const FSample Sample;
 	EXPECT_TRUE(Holds(Sample.Run("tasks", {}).Run().Output, "no stored conversation yet"));
 	EXPECT_TRUE(Holds(Sample.Run("chat", {"--resume"}).Run().Errors, "this project has no stored conversation yet"));
-	EXPECT_EQ(Sample.Run("run", {"--agent", "Coder", "--approve", "all", "fix", "it"}).Run().Status, 0);
+	EXPECT_EQ(Sample.Run("chat", {"--agent", "Coder", "--approve", "all"}).Run("fix it\nand that\n").Status, 0);
 	const std::string Id = FindMember(Sample.Run("tasks", {"--json"}).Run().Output, "id");
 	ASSERT_EQ(Id.size(), 32U);
 	const std::string Short = Id.substr(0, 6);

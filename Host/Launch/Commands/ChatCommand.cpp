@@ -84,6 +84,7 @@ private:
 		}
 		else if (!Typed.IsEmpty())
 		{
+			Setup.TakeTitle(Typed);
 			Conversation.Submit(Typed);
 		}
 	}

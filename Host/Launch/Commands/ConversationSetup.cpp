@@ -111,6 +111,7 @@ TSharedPtr<FCVXTask> FConversationSetup::ChooseTask(const FString& Title, int& O
 		OutStatus = ExitError;
 		return nullptr;
 	}
+	Untitled = bFork || bResume ? nullptr : Task;
 	const int32 Messages = Task->GetAgentLoop()->GetContextManager().GetHistory().Num();
 	if (bFork)
 	{
@@ -129,6 +130,15 @@ void FConversationSetup::HideKeys()
 	for (const FCVXProviderProfile& Profile : UCVXSettings::Get()->ProviderProfiles)
 	{
 		Keys.Hide(FCVXProviderFactory::GetApiKey(Profile));
+	}
+}
+
+void FConversationSetup::TakeTitle(const FString& Message)
+{
+	if (Untitled)
+	{
+		Untitled->SetTitle(Message.Left(MaxTitleChars));
+		Untitled.Reset();
 	}
 }
 

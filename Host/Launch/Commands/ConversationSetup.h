@@ -17,8 +17,15 @@ public:
 	/** Whether a person sits at both ends: the input and what is shown. */
 	bool IsAtTerminal() const { return bAtTerminal; }
 
-	/** Starts all of it. @param bAsk whether somebody is there to ask. @return an exit status when it can't go on. */
+	/** A conversation is called after its first message, of which so much is taken. */
+	static constexpr int32 MaxTitleChars = 60;
+
+	/** Starts all of it. @param Title of a new conversation. @param bAsk whether somebody is there to ask. @return an
+	 * exit status when it can't go on. */
 	TOptional<int> Start(const FString& Title, bool bAsk);
+
+	/** Takes the title of a new conversation from its first message; later calls do nothing. */
+	void TakeTitle(const FString& Message);
 
 	IConversationView& GetView() { return *View; }
 	FConversation& GetConversation() { return *Conversation; }
@@ -40,4 +47,6 @@ private:
 	TUniquePtr<IConversationView> View;
 	FLaunchSession Session;
 	TUniquePtr<FConversation> Conversation;
+	/** A new conversation in which nothing has been said; null otherwise. */
+	TSharedPtr<FCVXTask> Untitled;
 };

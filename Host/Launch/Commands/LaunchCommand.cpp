@@ -32,7 +32,7 @@ constexpr FLaunchCommand Commands[] = {
 			 "stands below the conversation that asked for it. A star marks the one that --resume goes on with.\n"
 			 "With --json a conversation a line, with its whole id.\n"),
 		&RunTasksCommand},
-	{TEXT("models"), TEXT("[VENDOR]"), TEXT("list the vendors and models that there are profiles for"),
+	{TEXT("models"), TEXT("[VENDOR]"), TEXT("list vendors and models, and where keys were found"),
 		TEXT("Each vendor with whether a key was found, and where from, never the key; each model with its context\n"
 			 "window and its output limit in tokens, and the stored profiles that use it.\n"),
 		&RunModelsCommand},

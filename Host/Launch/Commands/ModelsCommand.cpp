@@ -41,8 +41,7 @@ FString MakeRow(const FListedModel& Listed)
 FString MakeText(const FListedVendor& Listed)
 {
 	const FString Key = MakeSafeText(DescribeKeySource(Listed.Key, Listed.KeyVariable));
-	FString Text =
-		FString::Printf(TEXT("%s (%s): %s\n"), *Listed.Vendor.DisplayName, *Listed.Vendor.Id, *Key);
+	FString Text = FString::Printf(TEXT("%s (%s): %s\n"), *Listed.Vendor.DisplayName, *Listed.Vendor.Id, *Key);
 	for (const FListedModel& Model : Listed.Models)
 	{
 		Text += MakeRow(Model);
@@ -104,8 +103,8 @@ bool KeepVendor(const FString& Name, TArray<FListedVendor>& InOutVendors, FStrin
 	{
 		Names.Add(Each.Vendor.Id);
 	}
-	InOutVendors.RemoveAll([&](const FListedVendor& Each)
-		{ return Each.Vendor.Id != Name && Each.Vendor.DisplayName != Name; });
+	InOutVendors.RemoveAll(
+		[&](const FListedVendor& Each) { return Each.Vendor.Id != Name && Each.Vendor.DisplayName != Name; });
 	if (InOutVendors.IsEmpty())
 	{
 		const FString Nearest = FindNearestName(Name, Names);

@@ -13,7 +13,6 @@ namespace
 {
 /** A request that comes from standard input isn't longer. */
 constexpr int32 MaxRequestBytes = 16 << 20;
-constexpr int32 MaxTitleChars = 60;
 
 FString FindRequest(const FLaunchOptions& Options)
 {
@@ -50,7 +49,8 @@ int RunRunCommand(const FLaunchOptions& Options)
 		return ReportUsageError(TEXT("'run' needs a request"));
 	}
 	FConversationSetup Setup(Options);
-	if (const TOptional<int> Status = Setup.Start(Request.Left(MaxTitleChars), Setup.IsAtTerminal()))
+	if (const TOptional<int> Status =
+			Setup.Start(Request.Left(FConversationSetup::MaxTitleChars), Setup.IsAtTerminal()))
 	{
 		return *Status;
 	}

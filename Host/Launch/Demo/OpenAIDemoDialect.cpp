@@ -25,8 +25,7 @@ void ReadMessage(const FJsonObject& Message, FDemoRequest& Out)
 	}
 	else if (Role == TEXT("assistant"))
 	{
-		DemoJson::ForEachObject(
-			Message, TEXT("tool_calls"), [&](const FJsonObject& Call) { ReadCall(Call, Out); });
+		DemoJson::ForEachObject(Message, TEXT("tool_calls"), [&](const FJsonObject& Call) { ReadCall(Call, Out); });
 	}
 	else if (Role == TEXT("user") && Message.HasTypedField<EJson::String>(TEXT("content")))
 	{

@@ -94,7 +94,8 @@ constexpr FOption Table[] = {
 		TEXT("the project: its directory or project file (default: the working directory)"),
 		&SetText<&FLaunchOptions::Project>},
 	{TEXT("--provider"), nullptr, TEXT("NAME"),
-		TEXT("the provider profile for this run; 'demo' is the built-in demo model"),
+		TEXT("the provider profile for this run; 'demo' is the built-in demo model, also as "
+			 "'demo-openai', 'demo-gemini'"),
 		&SetText<&FLaunchOptions::Provider>},
 	{TEXT("--model"), nullptr, TEXT("ID"), TEXT("the vendor's model id for this run"),
 		&SetText<&FLaunchOptions::Model>},
@@ -158,7 +159,8 @@ void AddWord(const FString& Word, FLaunchOptions& Options)
 bool ReadNumber(const FOption& Option, const TArray<FString>& Arguments, int32& InOutIndex, FLaunchOptions& Options,
 	FString& OutError)
 {
-	const bool bGiven = Option.SetNumber && Arguments.IsValidIndex(InOutIndex + 1) && IsNumber(Arguments[InOutIndex + 1]);
+	const bool bGiven =
+		Option.SetNumber && Arguments.IsValidIndex(InOutIndex + 1) && IsNumber(Arguments[InOutIndex + 1]);
 	if (!bGiven || Option.SetNumber(Options, Arguments[++InOutIndex]))
 	{
 		return true;

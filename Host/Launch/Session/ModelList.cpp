@@ -22,8 +22,8 @@ FListedVendor MakeVendor(const FCVXProviderEntry& Vendor)
 
 FListedModel& FindOrAddModel(FListedVendor& Vendor, const FCVXProviderProfile& Profile)
 {
-	FListedModel* Known = Vendor.Models.FindByPredicate(
-		[&](const FListedModel& Each) { return Each.Model.ModelId == Profile.ModelId; });
+	FListedModel* Known =
+		Vendor.Models.FindByPredicate([&](const FListedModel& Each) { return Each.Model.ModelId == Profile.ModelId; });
 	if (Known)
 	{
 		return *Known;

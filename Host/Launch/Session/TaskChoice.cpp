@@ -76,13 +76,12 @@ FTaskChoice FTaskChoice::Find(const FString& Id)
 	}
 	else if (Fitting.IsEmpty())
 	{
-		Choice.Error =
-			FString::Printf(TEXT("there is no stored conversation '%s'; 'corvexa tasks' lists them"), *Id);
+		Choice.Error = FString::Printf(TEXT("there is no stored conversation '%s'; 'corvexa tasks' lists them"), *Id);
 	}
 	else
 	{
-		Choice.Error = FString::Printf(TEXT("'%s' begins the ids of %d stored conversations: %s"), *Id, Fitting.Num(),
-			*NameSome(Fitting));
+		Choice.Error = FString::Printf(
+			TEXT("'%s' begins the ids of %d stored conversations: %s"), *Id, Fitting.Num(), *NameSome(Fitting));
 	}
 	return Choice;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Containers/StringConv.h"
 #include "Launch/Support/ProgramRun.h"
 #include "Support/TempProject.h"
 
