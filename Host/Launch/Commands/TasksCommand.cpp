@@ -135,9 +135,12 @@ private:
 
 	void AddChildren(const FString& ParentId, int32 Depth)
 	{
-		for (const TSharedPtr<FCVXTask>& Child : Children.FindOrAdd(ParentId))
+		if (const FTasks* Own = Children.Find(ParentId))
 		{
-			Add(Child, Depth);
+			for (const TSharedPtr<FCVXTask>& Child : *Own)
+			{
+				Add(Child, Depth);
+			}
 		}
 	}
 
