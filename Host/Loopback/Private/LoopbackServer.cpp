@@ -3,6 +3,7 @@
 #include "Loopback/HttpRequestParser.h"
 #include "LoopbackSocket.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdint>
@@ -21,6 +22,7 @@ namespace
 {
 constexpr int Backlog = 128;
 constexpr std::size_t ReceiveBytes = 64 * 1024;
+constexpr std::size_t SendBlockBytes = 64 * 1024;
 
 int Checked(int Result, const char* What)
 {
@@ -31,15 +33,29 @@ int Checked(int Result, const char* What)
 	return Result;
 }
 
+/** A small buffer goes out in blocks of many, or the system calls would cost more than all that they carry. */
+EOutcome SendRepeated(FLoopbackSocket& Socket, std::string_view Bytes, std::size_t Times)
+{
+	const std::size_t PerBlock = std::clamp<std::size_t>(SendBlockBytes / Bytes.size(), 1, Times);
+	std::string Block;
+	for (std::size_t Round = 0; Round < PerBlock; ++Round)
+	{
+		Block += Bytes;
+	}
+	EOutcome Outcome = EOutcome::Done;
+	for (std::size_t Left = Times; Left > 0 && Outcome == EOutcome::Done;)
+	{
+		const std::size_t Rounds = std::min(PerBlock, Left);
+		Outcome = Socket.Send(std::string_view(Block).substr(0, Rounds * Bytes.size()));
+		Left -= Rounds;
+	}
+	return Outcome;
+}
+
 EOutcome SendAll(FLoopbackSocket& Socket, const FLoopbackReply::FSend& Step)
 {
 	const std::string_view Bytes = std::string_view(*Step.Buffer).substr(Step.Offset, Step.Size);
-	EOutcome Outcome = EOutcome::Done;
-	for (std::size_t Round = 0; Round < Step.Times && Outcome == EOutcome::Done; ++Round)
-	{
-		Outcome = Socket.Send(Bytes);
-	}
-	return Outcome;
+	return Step.Times == 1 || Bytes.empty() ? Socket.Send(Bytes) : SendRepeated(Socket, Bytes, Step.Times);
 }
 
 EOutcome WaitAtGate(FLoopbackSocket& Socket, FLoopbackGate& Gate)

@@ -73,7 +73,7 @@ public:
 	static FLoopbackReply Events(const std::vector<std::string>& Events);
 	/** The same with a pause ahead of each event but the first. */
 	static FLoopbackReply PacedEvents(const std::vector<std::string>& Events, std::chrono::milliseconds Pause);
-	/** 200 with a body of `Body` repeated `Times` times, sent from the one buffer without copying. */
+	/** 200 with a body of `Body` repeated `Times` times, kept once however long it is. */
 	static FLoopbackReply Repeated(
 		std::shared_ptr<const std::string> Body, std::size_t Times, FHttpHeaders Headers = {});
 	/** Header lines without end, until the peer goes. */
