@@ -1,7 +1,6 @@
 #include "HTTP/CVXSSEStream.h"
 
 #include "Async/Async.h"
-#include "Containers/Ticker.h"
 #include "CoreGlobals.h"
 #include "HAL/PlatformTime.h"
 #include "Misc/ScopeLock.h"
@@ -100,8 +99,8 @@ void FCVXSSEStream::Decode(const uint8* Data, int64 Num)
 	{
 		FScopeLock Lock(&ChunkLock);
 		PendingChunks.AppendUtf8((const ANSICHAR*)Data, Num - Incomplete);
-		bFlush =
-			FPlatformTime::Seconds() - LastFlushTime >= FlushIntervalSecs || PendingChunks.Len() >= FlushSizeThreshold;
+		bFlush = (QueuedChunks == 0 && !IsInGameThread()) || PendingChunks.Len() >= FlushSizeThreshold ||
+			FPlatformTime::Seconds() - LastFlushTime >= FlushIntervalSecs;
 	}
 	if (bFlush)
 	{
@@ -114,6 +113,15 @@ void FCVXSSEStream::Flush()
 	FlushPendingChunks();
 }
 
+/** Under the lock. */
+FString FCVXSSEStream::TakePending()
+{
+	FString Chunk = MoveTemp(PendingChunks);
+	PendingChunks.Reset();
+	LastFlushTime = FPlatformTime::Seconds();
+	return Chunk;
+}
+
 void FCVXSSEStream::FlushPendingChunks()
 {
 	const bool bHere = IsInGameThread();
@@ -124,9 +132,7 @@ void FCVXSSEStream::FlushPendingChunks()
 		{
 			return;
 		}
-		Chunk = MoveTemp(PendingChunks);
-		PendingChunks.Reset();
-		LastFlushTime = FPlatformTime::Seconds();
+		Chunk = TakePending();
 		QueuedChunks += bHere ? 0 : 1;
 	}
 	if (bHere)
@@ -141,51 +147,24 @@ void FCVXSSEStream::FlushPendingChunks()
 void FCVXSSEStream::ParseQueued(const FString& Chunk)
 {
 	Parse(Chunk);
-	FScopeLock Lock(&ChunkLock);
-	--QueuedChunks;
+	FString Next;
+	{
+		FScopeLock Lock(&ChunkLock);
+		if (--QueuedChunks == 0)
+		{
+			// It counted on this batch to be fetched. Taken under this lock, or a newer batch could be on its way.
+			Next = TakePending();
+		}
+	}
+	Parse(Next);
 }
 
 void FCVXSSEStream::Parse(const FString& Chunk)
 {
 	if (!bCancelled)
 	{
-		WatchForPending();
 		Parser.FeedChunk(Chunk, OnEvent);
 	}
-}
-
-/** Text is left pending only a short while behind a batch, so the batch starts the timer. */
-void FCVXSSEStream::WatchForPending()
-{
-	if (bWatching)
-	{
-		return;
-	}
-	bWatching = true;
-	FTSTicker::GetCoreTicker().AddTicker(FTickerDelegate::CreateLambda(
-											 [WeakStream = AsShared().ToWeakPtr()](float)
-											 {
-												 const TSharedPtr<FCVXSSEStream> Stream = WeakStream.Pin();
-												 return Stream && Stream->FlushOverdue();
-											 }),
-		(float)FlushIntervalSecs);
-}
-
-/** @return whether the timer goes on. */
-bool FCVXSSEStream::FlushOverdue()
-{
-	bool bOverdue = false;
-	{
-		FScopeLock Lock(&ChunkLock);
-		const bool bDue = FPlatformTime::Seconds() - LastFlushTime >= FlushIntervalSecs;
-		bWatching = !bCancelled && !(bDue && PendingChunks.IsEmpty());
-		bOverdue = bDue && QueuedChunks == 0;
-	}
-	if (bWatching && bOverdue)
-	{
-		FlushPendingChunks();
-	}
-	return bWatching;
 }
 
 void FCVXSSEStream::Cancel()

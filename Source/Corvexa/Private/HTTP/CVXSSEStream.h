@@ -8,8 +8,8 @@
 
 /**
  * Takes the bytes of a streamed response and delivers its server-sent events on the game thread, in order. The HTTP
- * thread writes; text goes over to the game thread in batches, at most one each 16 ms while little arrives. What is
- * left pending when the peer falls silent follows by a timer of the game thread, so that no word waits for the next.
+ * thread writes; its text goes over at once while no batch is under way to the game thread, so that no word waits for
+ * the next. Behind a batch under way it gathers, and follows when that is parsed, or sooner when it is much or old.
  * Always owned by a shared pointer, which a batch under way holds too.
  */
 class FCVXSSEStream
@@ -17,7 +17,7 @@ class FCVXSSEStream
 	, public TSharedFromThis<FCVXSSEStream>
 {
 public:
-	/** The longest that text stays pending while more arrives, in seconds. */
+	/** So long after a batch, in seconds, the next text goes over at once in any case. */
 	static constexpr double FlushIntervalSecs = 0.016;
 	/** Pending text of this many code units goes over at once. */
 	static constexpr int32 FlushSizeThreshold = 4096;
@@ -43,11 +43,10 @@ public:
 private:
 	void KeepRaw(const uint8* Data, int64 Num);
 	void Decode(const uint8* Data, int64 Num);
+	FString TakePending();
 	void FlushPendingChunks();
 	void Parse(const FString& Chunk);
 	void ParseQueued(const FString& Chunk);
-	void WatchForPending();
-	bool FlushOverdue();
 
 	TFunction<void(const FCVXSSEEvent&)> OnEvent;
 	/** Touched on the game thread alone. */
@@ -62,8 +61,6 @@ private:
 	double LastFlushTime = 0.0;
 	/** The batches on their way to the game thread, which nothing newer may overtake. Under the same lock. */
 	int32 QueuedChunks = 0;
-	/** Whether the timer runs that looks for overdue text. Game thread. */
-	bool bWatching = false;
 
 	/** The first bytes of a UTF-8 sequence whose rest hasn't come yet. Touched by the writing thread alone. */
 	TArray<uint8> IncompleteTail;
