@@ -43,6 +43,7 @@ TCHAR MeaningOf(TCHAR Letter)
 		return 0;
 	}
 }
+
 constexpr uint64 OneEach = 0x0001000100010001ull;
 constexpr uint64 TopBits = 0x8000800080008000ull;
 
@@ -57,14 +58,36 @@ uint64 FindSpecials(const TCHAR* Text)
 {
 	uint64 Units;
 	FMemory::Memcpy(&Units, Text, sizeof(Units));
-	return FindBelow(Units, 0x20) | FindBelow(Units ^ OneEach * TEXT('"'), 1) |
-		FindBelow(Units ^ OneEach * TEXT('\\'), 1);
+	// The bit that tells a quote from a blank is turned, which makes the quote and the controls a range.
+	static_assert((TEXT('"') ^ 2) == 0x20);
+	return FindBelow(Units ^ OneEach * 2, 0x21) | FindBelow(Units ^ OneEach * TEXT('\\'), 1);
 }
 
 /** How many units stand before the first that is marked. */
 int32 CountTrailingUnits(uint64 Marks)
 {
 	return std::countr_zero(Marks) / 16;
+}
+
+/** The value of a number of few digits. */
+bool ReadShortInteger(FStringView Number, int32& Out)
+{
+	constexpr int32 MaxDigits = 9;
+	if (Number.Len() > MaxDigits)
+	{
+		return false;
+	}
+	int32 Value = 0;
+	for (const TCHAR Char : Number)
+	{
+		if (!IsDigit(Char))
+		{
+			return false;
+		}
+		Value = Value * 10 + (Char - TEXT('0'));
+	}
+	Out = Value;
+	return true;
 }
 } // namespace
 
@@ -96,14 +119,16 @@ bool FCVXJsonCursor::ReadName(FStringView& Out)
 const TCHAR* FCVXJsonCursor::FindPlainEnd() const
 {
 	const TCHAR* Current = At;
-	while (End - Current >= 4)
+	while (End - Current >= 8)
 	{
-		const uint64 Specials = FindSpecials(Current);
-		if (Specials != 0)
+		// Names and words are mostly shorter than this, and two at once leave one branch to guess.
+		const uint64 First = FindSpecials(Current);
+		const uint64 Second = FindSpecials(Current + 4);
+		if ((First | Second) != 0)
 		{
-			return Current + CountTrailingUnits(Specials);
+			return Current + (First != 0 ? CountTrailingUnits(First) : 4 + CountTrailingUnits(Second));
 		}
-		Current += 4;
+		Current += 8;
 	}
 	while (Current != End && *Current != TEXT('"') && *Current != TEXT('\\') && *Current >= 0x20)
 	{
@@ -243,10 +268,8 @@ bool FCVXJsonCursor::ReadInteger(int32& Out)
 	{
 		return false;
 	}
-	// Nearly always: the index of a block.
-	if (Number.Len() == 1)
+	if (ReadShortInteger(Number, Out))
 	{
-		Out = Number[0] - TEXT('0');
 		return true;
 	}
 	Out = (int32)FMath::Clamp(FCString::Atod(*FString(Number)), (double)MIN_int32, (double)MAX_int32);

@@ -4,8 +4,10 @@
 
 void FCVXJsonFrame::Keep(FStringView Json, int32 Start, int32 End)
 {
-	Before = FString(Json.Left(Start));
-	Behind = FString(Json.RightChop(End));
+	Before.Reset();
+	Before.Append(Json.Left(Start));
+	Behind.Reset();
+	Behind.Append(Json.RightChop(End));
 }
 
 bool FCVXJsonFrame::ReadString(FStringView Json, FString& OutValue) const
