@@ -121,7 +121,7 @@ int32 ReadAnthropic(const FString& Data)
 int32 ReadOpenAI(const FString& Data)
 {
 	FCVXOpenAIDelta Delta;
-	return Delta.Read(Data) ? Delta.Content.Text.Len() : 0;
+	return Delta.Read(Data) ? Delta.Content.Len() : 0;
 }
 
 int32 ReadGemini(const FString& Data)

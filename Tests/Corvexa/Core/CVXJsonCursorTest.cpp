@@ -99,19 +99,45 @@ TEST(CVXJsonCursor, ReadsTheValuesThatTheTreeHas)
 	}
 }
 
-TEST(CVXJsonFrame, ReadsOnlyWhatDiffersInItsStringAlone)
+TEST(CVXJsonFrame, ReadsOnlyWhatDiffersInItsHolesAlone)
 {
-	const FString Json = TEXT("{\"a\":\"one\",\"b\":1}");
+	const FString Json = TEXT("{\"a\":\"one\",\"b\":1,\"c\":10,\"d\":[2]}");
+	constexpr int32 Role = 7;
+	FString Word;
+	TArray<FCVXJsonHole> Holes;
+	FCVXJsonCursor Cursor(Json);
+	Cursor.NoteHoles(Holes);
+	ASSERT_TRUE(Cursor.ReadObject(
+		[&](FStringView Name)
+		{
+			if (Name == TEXTVIEW("a"))
+			{
+				return Cursor.ReadString(Word, Role);
+			}
+			return Name == TEXTVIEW("b") ? Cursor.SkipValue() : Cursor.IgnoreValue();
+		}));
+	const auto Read = [&](const FCVXJsonFrame& Frame, const TCHAR* Text) {
+		return Frame.Read(
+			Text, [&](int32 Told, FCVXJsonCursor& Value) { return Told == Role && Value.ReadString(Word); });
+	};
 	FCVXJsonFrame Frame;
-	FString Value;
-	EXPECT_FALSE(Frame.ReadString(Json, Value));
-	Frame.Keep(Json, 5, 10);
-	EXPECT_TRUE(Frame.ReadString(TEXT("{\"a\":\"t\\\"wo\",\"b\":1}"), Value));
-	EXPECT_EQ(Value, TEXT("t\"wo"));
-	for (const TCHAR* Other : {TEXT("{\"A\":\"x\",\"b\":1}"), TEXT("{\"a\":\"x\",\"b\":2}"),
-			 TEXT("{\"a\":\"x\",\"b\":1"), TEXT("{\"a\":\"x\",\"b\":1}}"), TEXT("{\"a\":\"x"),
-			 TEXT("{\"a\":7,\"b\":1}"), TEXT("{\"a\":\"\\x\",\"b\":1}")})
+	EXPECT_FALSE(Read(Frame, *Json));
+	Frame.Keep(Json, Holes);
+	for (const TCHAR* Alike : {TEXT("{\"a\":\"t\\\"wo\",\"b\":1,\"c\":10,\"d\":[2]}"),
+			 TEXT("{\"a\":\"t\\\"wo\",\"b\":1,\"c\":1,\"d\":[2,{}]}"),
+			 TEXT("{\"a\":\"t\\\"wo\",\"b\":1,\"c\":100,\"d\":null}")})
 	{
-		EXPECT_FALSE(Frame.ReadString(Other, Value)) << TCHAR_TO_UTF8(Other);
+		EXPECT_TRUE(Read(Frame, Alike)) << TCHAR_TO_UTF8(Alike);
+		EXPECT_EQ(Word, TEXT("t\"wo"));
 	}
+	for (const TCHAR* Other :
+		{TEXT("{\"A\":\"x\",\"b\":1,\"c\":10,\"d\":[2]}"), TEXT("{\"a\":\"x\",\"b\":2,\"c\":10,\"d\":[2]}"),
+			TEXT("{\"a\":\"x\",\"b\":1,\"c\":10,\"d\":[2]"), TEXT("{\"a\":\"x\",\"b\":1,\"c\":10,\"d\":[2]}}"),
+			TEXT("{\"a\":\"x\",\"b\":1,\"c\":1x,\"d\":[2]}"), TEXT("{\"a\":7,\"b\":1,\"c\":10,\"d\":[2]}"),
+			TEXT("{\"a\":\"\\x\",\"b\":1,\"c\":10,\"d\":[2]}"), TEXT("{\"a\":\"x"), TEXT("")})
+	{
+		EXPECT_FALSE(Read(Frame, Other)) << TCHAR_TO_UTF8(Other);
+	}
+	Frame.Forget();
+	EXPECT_FALSE(Read(Frame, *Json));
 }

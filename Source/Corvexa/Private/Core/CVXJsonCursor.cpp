@@ -92,10 +92,17 @@ bool ReadShortInteger(FStringView Number, int32& Out)
 } // namespace
 
 FCVXJsonCursor::FCVXJsonCursor(FStringView InText)
-	: At(InText.GetData())
-	, End(InText.GetData() + InText.Len())
+	: FCVXJsonCursor(InText, 0)
 {
 	At += InText.StartsWith((TCHAR)0xFEFF) ? 1 : 0;
+}
+
+FCVXJsonCursor::FCVXJsonCursor(FStringView InRest, int32 InDepth)
+	: Begin(InRest.GetData())
+	, At(Begin)
+	, End(Begin + InRest.Len())
+	, Depth(InDepth)
+{
 }
 
 bool FCVXJsonCursor::IsAtNumber()
@@ -156,10 +163,20 @@ bool FCVXJsonCursor::ReadString(FStringView& Out)
 	return bDecoded;
 }
 
-bool FCVXJsonCursor::ReadString(FString& Out)
+bool FCVXJsonCursor::ReadString(FString& Out, int32 Role)
 {
+	SkipSpace();
+	const TCHAR* Start = At;
 	Out.Reset();
-	return Accept(TEXT('"')) && DecodeString(Out);
+	if (!Accept(TEXT('"')) || !DecodeString(Out))
+	{
+		return false;
+	}
+	if (Role != FCVXJsonHole::Ignored)
+	{
+		Note(Start, Role);
+	}
+	return true;
 }
 
 /** Goes on behind the opening quote. */
@@ -261,12 +278,16 @@ bool FCVXJsonCursor::ReadNumber(FStringView& Out)
 	return true;
 }
 
-bool FCVXJsonCursor::ReadInteger(int32& Out)
+bool FCVXJsonCursor::ReadInteger(int32& Out, int32 Role)
 {
 	FStringView Number;
 	if (!ReadNumber(Number))
 	{
 		return false;
+	}
+	if (Role != FCVXJsonHole::Ignored)
+	{
+		Note(Number.GetData(), Role);
 	}
 	if (ReadShortInteger(Number, Out))
 	{
@@ -312,5 +333,25 @@ bool FCVXJsonCursor::SkipValue()
 		return SkipWord(TEXTVIEW("null"));
 	default:
 		return ReadNumber(Passed);
+	}
+}
+
+bool FCVXJsonCursor::IgnoreValue()
+{
+	SkipSpace();
+	const TCHAR* Start = At;
+	if (!SkipValue())
+	{
+		return false;
+	}
+	Note(Start, FCVXJsonHole::Ignored);
+	return true;
+}
+
+void FCVXJsonCursor::Note(const TCHAR* Start, int32 Role)
+{
+	if (Holes)
+	{
+		Holes->Add({(int32)(Start - Begin), (int32)(At - Begin), Depth, Role});
 	}
 }

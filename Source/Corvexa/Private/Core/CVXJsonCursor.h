@@ -2,6 +2,22 @@
 
 #include "CoreMinimal.h"
 
+/** A value of a JSON text that another value may stand for, with nothing else about the text changing for its reader.
+ */
+struct FCVXJsonHole
+{
+	/** The role of a value that nobody reads. */
+	static constexpr int32 Ignored = 0;
+
+	/** Where the value stands, with its quotes or brackets. */
+	int32 Start = 0;
+	int32 End = 0;
+	/** How many objects and arrays are open around it. */
+	int32 Depth = 0;
+	/** The reader's own number for what it reads there. */
+	int32 Role = Ignored;
+};
+
 /**
  * Reads a JSON text (RFC 8259) in place, forward only and without a tree: for what a stream carries once a word, where
  * a tree of values would cost more than all the rest. Every operation gives false for text that isn't JSON, from where
@@ -15,6 +31,11 @@ public:
 
 	/** @param InText must outlive the cursor. A byte order mark in front is passed over. */
 	explicit FCVXJsonCursor(FStringView InText);
+	/** Begins inside a text, in front of a value. @param InDepth the objects and arrays open around it. */
+	FCVXJsonCursor(FStringView InRest, int32 InDepth);
+
+	/** Notes from now on the values that are ignored or read in a role. @param Out must outlive the cursor. */
+	void NoteHoles(TArray<FCVXJsonHole>& Out) { Holes = &Out; }
 
 	/** What the next value is, by its first character. */
 	bool IsAtObject() { return IsAt(TEXT('{')); }
@@ -32,15 +53,17 @@ public:
 	/** Reads an array. ReadElement reads or skips one value, and returns whether that went well. */
 	template <typename VisitorType>
 	bool ReadArray(VisitorType&& ReadElement);
-	/** Reads a string into Out, whose memory is used again. */
-	bool ReadString(FString& Out);
+	/** Reads a string into Out, whose memory is used again. @param Role notes it, unless it is `Ignored`. */
+	bool ReadString(FString& Out, int32 Role = FCVXJsonHole::Ignored);
 	/** The same without a copy where the string has no escapes. @param Out good until the cursor is used next. */
 	bool ReadString(FStringView& Out);
-	/** Reads a number and cuts its fraction. */
-	bool ReadInteger(int32& Out);
+	/** Reads a number and cuts its fraction. @param Role notes it, unless it is `Ignored`. */
+	bool ReadInteger(int32& Out, int32 Role = FCVXJsonHole::Ignored);
 	bool ReadBool(bool& bOut);
-	/** Passes over a value of any kind, checking it. */
+	/** Passes over a value of any kind, checking it. For a value whose kind has told the reader something. */
 	bool SkipValue();
+	/** The same for a value that means nothing to the reader, whatever it is: it is noted as a hole. */
+	bool IgnoreValue();
 
 	/** Whether nothing but blanks is left. */
 	bool IsAtEnd();
@@ -63,8 +86,12 @@ private:
 	bool SkipDigits();
 	bool SkipWord(FStringView Word);
 
+	void Note(const TCHAR* Start, int32 Role);
+
+	const TCHAR* const Begin;
 	const TCHAR* At;
 	const TCHAR* const End;
+	TArray<FCVXJsonHole>* Holes = nullptr;
 	int32 Depth = 0;
 	/** The last string that had escapes. */
 	FString Decoded;

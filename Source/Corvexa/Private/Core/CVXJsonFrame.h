@@ -1,22 +1,58 @@
 #pragma once
 
-#include "CoreMinimal.h"
+#include "Core/CVXJsonCursor.h"
 
 /**
- * What stands around one string of a JSON text. The events of a stream are often the same but for the word they carry:
- * behind the frame of the last one, only the word needs reading, and all else that was read holds again.
+ * A JSON text around the values that may differ in the next one. The events of a stream are mostly alike but for the
+ * word they carry, counters and padding: against the frame of the last one only these need reading, and all else that
+ * was read holds again.
  */
 class FCVXJsonFrame
 {
 public:
-	/** Keeps the frame of the string whose quotes and what is between them stand at [Start, End) of a well-formed text.
-	 */
-	void Keep(FStringView Json, int32 Start, int32 End);
+	/** @param Json a well-formed text. @param InHoles the values of it that may differ, in the order of the text. */
+	void Keep(FStringView Json, const TArray<FCVXJsonHole>& InHoles);
+	void Forget();
 
-	/** Reads the string that stands in the frame kept. @return false when there is none or the text differs from it. */
-	bool ReadString(FStringView Json, FString& OutValue) const;
+	/**
+	 * Reads a text that equals the kept one but for its holes. ReadHole(Role, Cursor) is called for each hole with a
+	 * role, in order, and returns whether it could read its value.
+	 * @return false when the text differs elsewhere, or none is kept; some holes may have been read by then.
+	 */
+	template <typename VisitorType>
+	bool Read(FStringView Json, VisitorType&& ReadHole) const;
 
 private:
-	FString Before;
-	FString Behind;
+	bool Pass(FStringView& Rest, int32 Start, int32 End) const;
+	bool PassUnchanged(FStringView& Rest, const FCVXJsonHole& Hole) const;
+
+	FString Kept;
+	TArray<FCVXJsonHole> Holes;
 };
+
+template <typename VisitorType>
+bool FCVXJsonFrame::Read(FStringView Json, VisitorType&& ReadHole) const
+{
+	FStringView Rest = Json;
+	int32 Passed = 0;
+	for (const FCVXJsonHole& Hole : Holes)
+	{
+		if (!Pass(Rest, Passed, Hole.Start))
+		{
+			return false;
+		}
+		Passed = Hole.End;
+		const bool bIgnored = Hole.Role == FCVXJsonHole::Ignored;
+		if (bIgnored && PassUnchanged(Rest, Hole))
+		{
+			continue;
+		}
+		FCVXJsonCursor Value(Rest, Hole.Depth);
+		if (!(bIgnored ? Value.SkipValue() : ReadHole(Hole.Role, Value)))
+		{
+			return false;
+		}
+		Rest = Value.GetRest();
+	}
+	return !Kept.IsEmpty() && Pass(Rest, Passed, Kept.Len()) && Rest.IsEmpty();
+}

@@ -1,25 +1,52 @@
 #include "Providers/Anthropic/CVXAnthropicDelta.h"
 
-#include "Core/CVXJsonCursor.h"
+namespace
+{
+/** The strings that differ from event to event. */
+enum ERole : int32
+{
+	TextRole = 1,
+	PartialJsonRole,
+	ThinkingRole
+};
+} // namespace
 
 bool FCVXAnthropicDelta::Read(const FString& Data)
 {
-	Size = Data.Len();
+	const auto ReadHole = [this](int32 Role, FCVXJsonCursor& Value) { return Value.ReadString(*StringOf(Role)); };
+	if (Frame.Read(Data, ReadHole))
+	{
+		return true;
+	}
+	const bool bRead = ReadWhole(Data);
+	bRead ? Frame.Keep(Data, Holes) : Frame.Forget();
+	return bRead;
+}
+
+bool FCVXAnthropicDelta::ReadWhole(const FString& Data)
+{
+	Index = INDEX_NONE;
+	Type = ECVXAnthropicDeltaType::Other;
+	Text.Reset();
+	PartialJson.Reset();
+	Thinking.Reset();
+	Holes.Reset();
 	FCVXJsonCursor Json(Data);
+	Json.NoteHoles(Holes);
 	return Json.ReadObject([this, &Json](FStringView Name) { return ReadMember(Json, Name); }) && Json.IsAtEnd();
 }
 
 bool FCVXAnthropicDelta::ReadMember(FCVXJsonCursor& Json, FStringView Name)
 {
-	if (Name == TEXTVIEW("index") && Json.IsAtNumber())
+	if (Name == TEXTVIEW("index"))
 	{
-		return Json.ReadInteger(Index);
+		return Json.IsAtNumber() ? Json.ReadInteger(Index) : Json.SkipValue();
 	}
-	if (Name == TEXTVIEW("delta") && Json.IsAtObject())
+	if (Name == TEXTVIEW("delta"))
 	{
-		return ReadDelta(Json);
+		return Json.IsAtObject() ? ReadDelta(Json) : Json.SkipValue();
 	}
-	return Json.SkipValue();
+	return Json.IgnoreValue();
 }
 
 bool FCVXAnthropicDelta::ReadDelta(FCVXJsonCursor& Json)
@@ -29,31 +56,25 @@ bool FCVXAnthropicDelta::ReadDelta(FCVXJsonCursor& Json)
 
 bool FCVXAnthropicDelta::ReadDeltaMember(FCVXJsonCursor& Json, FStringView Name)
 {
-	if (!Json.IsAtString())
+	if (Name == TEXTVIEW("type"))
 	{
-		return Json.SkipValue();
+		return Json.IsAtString() ? ReadType(Json) : Json.SkipValue();
 	}
-	if (Name == TEXTVIEW("text"))
-	{
-		return ReadText(Json);
-	}
-	if (Name == TEXTVIEW("partial_json"))
-	{
-		return Json.ReadString(PartialJson.Emplace());
-	}
-	if (Name == TEXTVIEW("thinking"))
-	{
-		return Json.ReadString(Thinking.Emplace());
-	}
-	return Name == TEXTVIEW("type") ? ReadType(Json) : Json.SkipValue();
+	const int32 Role = Name == TEXTVIEW("text") ? TextRole
+		: Name == TEXTVIEW("partial_json")      ? PartialJsonRole
+		: Name == TEXTVIEW("thinking")          ? ThinkingRole
+												: FCVXJsonHole::Ignored;
+	return Role == FCVXJsonHole::Ignored ? Json.IgnoreValue() : ReadString(Json, Role);
 }
 
-bool FCVXAnthropicDelta::ReadText(FCVXJsonCursor& Json)
+bool FCVXAnthropicDelta::ReadString(FCVXJsonCursor& Json, int32 Role)
 {
-	TextStart = Size - Json.GetRest().Len();
-	const bool bRead = Json.ReadString(Text.Emplace());
-	TextEnd = Size - Json.GetRest().Len();
-	return bRead;
+	return Json.IsAtString() ? Json.ReadString(StringOf(Role).Emplace(), Role) : Json.SkipValue();
+}
+
+TOptional<FString>& FCVXAnthropicDelta::StringOf(int32 Role)
+{
+	return Role == TextRole ? Text : Role == PartialJsonRole ? PartialJson : Thinking;
 }
 
 bool FCVXAnthropicDelta::ReadType(FCVXJsonCursor& Json)

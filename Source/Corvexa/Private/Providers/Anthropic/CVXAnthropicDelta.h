@@ -1,8 +1,6 @@
 #pragma once
 
-#include "CoreMinimal.h"
-
-class FCVXJsonCursor;
+#include "Core/CVXJsonFrame.h"
 
 enum class ECVXAnthropicDeltaType : uint8
 {
@@ -12,28 +10,28 @@ enum class ECVXAnthropicDeltaType : uint8
 	Thinking
 };
 
-/** The event `content_block_delta`, which a stream carries once a word. */
+/** The event `content_block_delta`, which a stream carries once a word. One object reads the events of a stream. */
 struct FCVXAnthropicDelta
 {
 	int32 Index = INDEX_NONE;
 	ECVXAnthropicDeltaType Type = ECVXAnthropicDeltaType::Other;
 	TOptional<FString> Text;
-	/** Where the text stands in the data, with its quotes. */
-	int32 TextStart = 0;
-	int32 TextEnd = 0;
 	TOptional<FString> PartialJson;
 	TOptional<FString> Thinking;
 
-	/** @return false when the text isn't a JSON object. */
+	/** Replaces what the last event told. @return false when the text isn't a JSON object. */
 	bool Read(const FString& Data);
 
 private:
+	bool ReadWhole(const FString& Data);
 	bool ReadMember(FCVXJsonCursor& Json, FStringView Name);
 	bool ReadDelta(FCVXJsonCursor& Json);
 	bool ReadDeltaMember(FCVXJsonCursor& Json, FStringView Name);
-	bool ReadText(FCVXJsonCursor& Json);
+	bool ReadString(FCVXJsonCursor& Json, int32 Role);
 	bool ReadType(FCVXJsonCursor& Json);
+	TOptional<FString>& StringOf(int32 Role);
 
-	/** The length of the data, from whose end the cursor counts. */
-	int32 Size = 0;
+	/** The last event, and what may differ in the next. */
+	FCVXJsonFrame Frame;
+	TArray<FCVXJsonHole> Holes;
 };

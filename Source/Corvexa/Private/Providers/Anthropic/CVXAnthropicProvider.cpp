@@ -140,46 +140,27 @@ void FCVXAnthropicProvider::HandleContentBlockStart(FAnthropicState& State, cons
 
 void FCVXAnthropicProvider::HandleContentBlockDelta(const FString& Handle, FAnthropicState& State, const FString& Data)
 {
-	if (HandleFramedText(State, Data))
+	// Taken out for the call, which may let further events in.
+	TUniquePtr<FCVXAnthropicDelta> Delta = MoveTemp(State.Delta);
+	if (!Delta)
 	{
-		return;
+		Delta = MakeUnique<FCVXAnthropicDelta>();
 	}
-	FCVXAnthropicDelta Delta;
-	if (!Delta.Read(Data))
+	if (!Delta->Read(Data))
 	{
 		NoteParseFailure(Handle, State, Data);
 		return;
 	}
 	NoteParseSuccess(State);
-	HandleDelta(State, Data, Delta);
+	HandleDelta(State, *Delta);
+	State.Delta = MoveTemp(Delta);
 }
 
-bool FCVXAnthropicProvider::HandleFramedText(FAnthropicState& State, const FString& Data)
-{
-	// Taken out for the call, which may let further events in.
-	FString Text = MoveTemp(State.SpareText);
-	const bool bFramed = State.TextFrame.ReadString(Data, Text);
-	if (bFramed)
-	{
-		NoteParseSuccess(State);
-		if (State.Callbacks.OnTextDelta)
-		{
-			State.Callbacks.OnTextDelta(Text);
-		}
-	}
-	State.SpareText = MoveTemp(Text);
-	return bFramed;
-}
-
-void FCVXAnthropicProvider::HandleDelta(FAnthropicState& State, const FString& Data, const FCVXAnthropicDelta& Delta)
+void FCVXAnthropicProvider::HandleDelta(FAnthropicState& State, const FCVXAnthropicDelta& Delta)
 {
 	switch (Delta.Type)
 	{
 	case ECVXAnthropicDeltaType::Text:
-		if (Delta.Text.IsSet())
-		{
-			State.TextFrame.Keep(Data, Delta.TextStart, Delta.TextEnd);
-		}
 		if (Delta.Text.IsSet() && State.Callbacks.OnTextDelta)
 		{
 			State.Callbacks.OnTextDelta(*Delta.Text);

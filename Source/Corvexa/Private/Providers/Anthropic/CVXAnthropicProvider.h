@@ -1,9 +1,7 @@
 #pragma once
 
-#include "Core/CVXJsonFrame.h"
+#include "Providers/Anthropic/CVXAnthropicDelta.h"
 #include "Providers/CVXProviderBase.h"
-
-struct FCVXAnthropicDelta;
 
 /** The Anthropic Messages API in streaming form. */
 class FCVXAnthropicProvider final : public FCVXProviderBase
@@ -19,9 +17,8 @@ private:
 		/** Calls under way, and their argument JSON so far, by content-block index. */
 		TMap<int32, FCVXToolCall> ToolCalls;
 		TMap<int32, FString> ToolJson;
-		/** What the last text delta had around its text, and a text whose memory the next one uses again. */
-		FCVXJsonFrame TextFrame;
-		FString SpareText;
+		/** Reads the deltas; null at first, and while one is being told. */
+		TUniquePtr<FCVXAnthropicDelta> Delta;
 	};
 
 	TSharedRef<FRequestState> MakeState() const override;
@@ -35,8 +32,7 @@ private:
 	static void HandleMessageStart(FAnthropicState& State, const FJsonObject& Event);
 	static void HandleContentBlockStart(FAnthropicState& State, const FJsonObject& Event);
 	void HandleContentBlockDelta(const FString& Handle, FAnthropicState& State, const FString& Data);
-	static bool HandleFramedText(FAnthropicState& State, const FString& Data);
-	static void HandleDelta(FAnthropicState& State, const FString& Data, const FCVXAnthropicDelta& Delta);
+	static void HandleDelta(FAnthropicState& State, const FCVXAnthropicDelta& Delta);
 	static void HandleContentBlockStop(FAnthropicState& State, const FJsonObject& Event);
 	static void HandleMessageDelta(FAnthropicState& State, const FJsonObject& Event);
 	void HandleError(const FString& Handle, FAnthropicState& State, const FJsonObject& Event);

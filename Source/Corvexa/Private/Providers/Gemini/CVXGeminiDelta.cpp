@@ -1,19 +1,26 @@
 #include "Providers/Gemini/CVXGeminiDelta.h"
 
-#include "Core/CVXJsonCursor.h"
 #include "Core/CVXJsonObject.h"
 #include "Providers/CVXProviderJson.h"
 
 namespace
 {
-bool ReadText(FCVXJsonCursor& Json, FString& Out)
+/** What differs from chunk to chunk. */
+enum ERole : int32
 {
-	return Json.IsAtString() ? Json.ReadString(Out) : Json.SkipValue();
+	PromptRole = 1,
+	CandidatesRole,
+	TextRole
+};
+
+bool ReadText(FCVXJsonCursor& Json, FString& Out, int32 Role = FCVXJsonHole::Ignored)
+{
+	return Json.IsAtString() ? Json.ReadString(Out, Role) : Json.SkipValue();
 }
 
-bool ReadCount(FCVXJsonCursor& Json, TOptional<int32>& Out)
+bool ReadCount(FCVXJsonCursor& Json, TOptional<int32>& Out, int32 Role)
 {
-	return Json.IsAtNumber() ? Json.ReadInteger(Out.Emplace()) : Json.SkipValue();
+	return Json.IsAtNumber() ? Json.ReadInteger(Out.Emplace(), Role) : Json.SkipValue();
 }
 
 /** @return the text without the blanks between its tokens; "{}" when it holds no object. */
@@ -60,17 +67,52 @@ bool ReadCall(FCVXJsonCursor& Json, FCVXGeminiPart& Part)
 
 bool FCVXGeminiDelta::Read(const FString& Data)
 {
+	if (Frame.Read(Data, [this](int32 Role, FCVXJsonCursor& Value) { return ReadHole(Role, Value); }))
+	{
+		return true;
+	}
+	const bool bRead = ReadWhole(Data);
+	const bool bLikeTheNext = bRead && Parts.Num() == 1 && !Parts[0].bIsCall && FinishReason.IsEmpty();
+	bLikeTheNext ? Frame.Keep(Data, Holes) : Frame.Forget();
+	return bRead;
+}
+
+bool FCVXGeminiDelta::ReadHole(int32 Role, FCVXJsonCursor& Value)
+{
+	switch (Role)
+	{
+	case PromptRole:
+		return Value.ReadInteger(PromptTokens.Emplace());
+	case CandidatesRole:
+		return Value.ReadInteger(CandidatesTokens.Emplace());
+	default:
+		return Value.ReadString(Parts[0].Text);
+	}
+}
+
+bool FCVXGeminiDelta::ReadWhole(const FString& Data)
+{
+	PromptTokens.Reset();
+	CandidatesTokens.Reset();
+	Parts.Reset();
+	FinishReason.Reset();
+	Holes.Reset();
 	FCVXJsonCursor Json(Data);
+	Json.NoteHoles(Holes);
 	return Json.ReadObject([&](FStringView Name) { return ReadMember(Json, Name); }) && Json.IsAtEnd();
 }
 
 bool FCVXGeminiDelta::ReadMember(FCVXJsonCursor& Json, FStringView Name)
 {
-	if (Name == TEXTVIEW("candidates") && Json.IsAtArray())
+	if (Name == TEXTVIEW("candidates"))
 	{
-		return ReadCandidates(Json);
+		return Json.IsAtArray() ? ReadCandidates(Json) : Json.SkipValue();
 	}
-	return Name == TEXTVIEW("usageMetadata") && Json.IsAtObject() ? ReadUsage(Json) : Json.SkipValue();
+	if (Name == TEXTVIEW("usageMetadata"))
+	{
+		return Json.IsAtObject() ? ReadUsage(Json) : Json.SkipValue();
+	}
+	return Json.IgnoreValue();
 }
 
 bool FCVXGeminiDelta::ReadUsage(FCVXJsonCursor& Json)
@@ -80,9 +122,10 @@ bool FCVXGeminiDelta::ReadUsage(FCVXJsonCursor& Json)
 		{
 			if (Name == TEXTVIEW("promptTokenCount"))
 			{
-				return ReadCount(Json, PromptTokens);
+				return ReadCount(Json, PromptTokens, PromptRole);
 			}
-			return Name == TEXTVIEW("candidatesTokenCount") ? ReadCount(Json, CandidatesTokens) : Json.SkipValue();
+			return Name == TEXTVIEW("candidatesTokenCount") ? ReadCount(Json, CandidatesTokens, CandidatesRole)
+															: Json.IgnoreValue();
 		});
 }
 
@@ -103,11 +146,11 @@ bool FCVXGeminiDelta::ReadCandidate(FCVXJsonCursor& Json)
 	return Json.ReadObject(
 		[&](FStringView Name)
 		{
-			if (Name == TEXTVIEW("content") && Json.IsAtObject())
+			if (Name == TEXTVIEW("content"))
 			{
-				return ReadContent(Json);
+				return Json.IsAtObject() ? ReadContent(Json) : Json.SkipValue();
 			}
-			return Name == TEXTVIEW("finishReason") ? ReadText(Json, FinishReason) : Json.SkipValue();
+			return Name == TEXTVIEW("finishReason") ? ReadText(Json, FinishReason) : Json.IgnoreValue();
 		});
 }
 
@@ -116,11 +159,13 @@ bool FCVXGeminiDelta::ReadContent(FCVXJsonCursor& Json)
 	return Json.ReadObject(
 		[&](FStringView Name)
 		{
-			if (Name != TEXTVIEW("parts") || !Json.IsAtArray())
+			if (Name != TEXTVIEW("parts"))
 			{
-				return Json.SkipValue();
+				return Json.IgnoreValue();
 			}
-			return Json.ReadArray([&] { return Json.IsAtObject() ? ReadPart(Json) : Json.SkipValue(); });
+			return Json.IsAtArray()
+				? Json.ReadArray([&] { return Json.IsAtObject() ? ReadPart(Json) : Json.SkipValue(); })
+				: Json.SkipValue();
 		});
 }
 
@@ -132,8 +177,12 @@ bool FCVXGeminiDelta::ReadPart(FCVXJsonCursor& Json)
 		{
 			if (Name == TEXTVIEW("text"))
 			{
-				return ReadText(Json, Part.Text);
+				return ReadText(Json, Part.Text, TextRole);
 			}
-			return Name == TEXTVIEW("functionCall") && Json.IsAtObject() ? ReadCall(Json, Part) : Json.SkipValue();
+			if (Name != TEXTVIEW("functionCall"))
+			{
+				return Json.IgnoreValue();
+			}
+			return Json.IsAtObject() ? ReadCall(Json, Part) : Json.SkipValue();
 		});
 }

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "CoreMinimal.h"
-
-class FCVXJsonCursor;
+#include "Core/CVXJsonFrame.h"
 
 /** One part of a chunk: a text, a function call, or both in this order. */
 struct FCVXGeminiPart
@@ -14,7 +12,10 @@ struct FCVXGeminiPart
 	FString CallArguments;
 };
 
-/** One chunk of a streamed answer, as far as it is of use: its counters and its first candidate. */
+/**
+ * One chunk of a streamed answer, as far as it is of use: its counters and its first candidate. One object reads the
+ * chunks of a stream.
+ */
 struct FCVXGeminiDelta
 {
 	TOptional<int32> PromptTokens;
@@ -22,14 +23,20 @@ struct FCVXGeminiDelta
 	TArray<FCVXGeminiPart> Parts;
 	FString FinishReason;
 
-	/** @return false when the text isn't a JSON object. */
+	/** Replaces what the last chunk told. @return false when the text isn't a JSON object. */
 	bool Read(const FString& Data);
 
 private:
+	bool ReadHole(int32 Role, FCVXJsonCursor& Value);
+	bool ReadWhole(const FString& Data);
 	bool ReadMember(FCVXJsonCursor& Json, FStringView Name);
 	bool ReadUsage(FCVXJsonCursor& Json);
 	bool ReadCandidates(FCVXJsonCursor& Json);
 	bool ReadCandidate(FCVXJsonCursor& Json);
 	bool ReadContent(FCVXJsonCursor& Json);
 	bool ReadPart(FCVXJsonCursor& Json);
+
+	/** The last chunk, and what may differ in the next. */
+	FCVXJsonFrame Frame;
+	TArray<FCVXJsonHole> Holes;
 };

@@ -25,7 +25,7 @@ FString FCVXGeminiProvider::GetProviderName() const
 
 TSharedRef<FCVXProviderBase::FRequestState> FCVXGeminiProvider::MakeState() const
 {
-	return MakeShared<FRequestState>();
+	return MakeShared<FGeminiState>();
 }
 
 int32 FCVXGeminiProvider::GetDefaultContextTokens() const
@@ -50,24 +50,31 @@ FString FCVXGeminiProvider::BuildRequestJson(const FCVXProviderRequest& Request)
 	return CVXGemini::BuildBody(Profile, Request);
 }
 
-void FCVXGeminiProvider::HandleSSEEvent(const FString& Handle, FRequestState& State, const FCVXSSEEvent& Event)
+void FCVXGeminiProvider::HandleSSEEvent(const FString& Handle, FRequestState& BaseState, const FCVXSSEEvent& Event)
 {
 	if (Event.Data.IsEmpty())
 	{
 		return;
 	}
-	FCVXGeminiDelta Delta;
-	if (!Delta.Read(Event.Data))
+	FGeminiState& State = static_cast<FGeminiState&>(BaseState);
+	// Taken out for the call, which may let further events in.
+	TUniquePtr<FCVXGeminiDelta> Delta = MoveTemp(State.Delta);
+	if (!Delta)
+	{
+		Delta = MakeUnique<FCVXGeminiDelta>();
+	}
+	if (!Delta->Read(Event.Data))
 	{
 		NoteParseFailure(Handle, State, Event.Data);
 		return;
 	}
 	NoteParseSuccess(State);
-	TakeUsage(State, Delta);
-	if (TellParts(State, Delta))
+	TakeUsage(State, *Delta);
+	if (TellParts(State, *Delta))
 	{
-		HandleFinishReason(Handle, State, Delta.FinishReason);
+		HandleFinishReason(Handle, State, Delta->FinishReason);
 	}
+	State.Delta = MoveTemp(Delta);
 }
 
 void FCVXGeminiProvider::HandleMissingStop(const FString& Handle, FRequestState& /*State*/)

@@ -1,8 +1,7 @@
 #pragma once
 
 #include "Providers/CVXProviderBase.h"
-
-struct FCVXGeminiDelta;
+#include "Providers/Gemini/CVXGeminiDelta.h"
 
 /** The `streamGenerateContent` API of Google Gemini. */
 class FCVXGeminiProvider final : public FCVXProviderBase
@@ -13,6 +12,12 @@ public:
 	FString GetProviderName() const override;
 
 private:
+	struct FGeminiState final : FRequestState
+	{
+		/** Reads the chunks; null at first, and while one is being told. */
+		TUniquePtr<FCVXGeminiDelta> Delta;
+	};
+
 	TSharedRef<FRequestState> MakeState() const override;
 	int32 GetDefaultContextTokens() const override;
 	FString GetRequestURL() const override;

@@ -1,17 +1,24 @@
 #include "Providers/OpenAI/CVXOpenAIDelta.h"
 
-#include "Core/CVXJsonCursor.h"
-
 namespace
 {
-bool ReadText(FCVXJsonCursor& Json, FString& Out)
+/** What differs from chunk to chunk. */
+enum ERole : int32
 {
-	return Json.IsAtString() ? Json.ReadString(Out) : Json.SkipValue();
+	PromptRole = 1,
+	CompletionRole,
+	ReasoningRole,
+	ContentRole
+};
+
+bool ReadText(FCVXJsonCursor& Json, FString& Out, int32 Role = FCVXJsonHole::Ignored)
+{
+	return Json.IsAtString() ? Json.ReadString(Out, Role) : Json.SkipValue();
 }
 
-bool ReadCount(FCVXJsonCursor& Json, TOptional<int32>& Out)
+bool ReadCount(FCVXJsonCursor& Json, TOptional<int32>& Out, int32 Role)
 {
-	return Json.IsAtNumber() ? Json.ReadInteger(Out.Emplace()) : Json.SkipValue();
+	return Json.IsAtNumber() ? Json.ReadInteger(Out.Emplace(), Role) : Json.SkipValue();
 }
 
 bool ReadFunction(FCVXJsonCursor& Json, FCVXOpenAICallDelta& Call)
@@ -43,23 +50,62 @@ bool ReadCallMember(FCVXJsonCursor& Json, FStringView Name, FCVXOpenAICallDelta&
 
 bool FCVXOpenAIDelta::Read(const FString& Data)
 {
-	Size = Data.Len();
+	if (Frame.Read(Data, [this](int32 Role, FCVXJsonCursor& Value) { return ReadHole(Role, Value); }))
+	{
+		return true;
+	}
+	const bool bRead = ReadWhole(Data);
+	const bool bLikeTheNext = bRead && bHasDelta && Calls.IsEmpty() && FinishReason.IsEmpty();
+	bLikeTheNext ? Frame.Keep(Data, Holes) : Frame.Forget();
+	return bRead;
+}
+
+bool FCVXOpenAIDelta::ReadHole(int32 Role, FCVXJsonCursor& Value)
+{
+	switch (Role)
+	{
+	case PromptRole:
+		return Value.ReadInteger(PromptTokens.Emplace());
+	case CompletionRole:
+		return Value.ReadInteger(CompletionTokens.Emplace());
+	case ReasoningRole:
+		return Value.ReadString(Reasoning);
+	default:
+		return Value.ReadString(Content);
+	}
+}
+
+bool FCVXOpenAIDelta::ReadWhole(const FString& Data)
+{
+	Reset();
 	FCVXJsonCursor Json(Data);
+	Json.NoteHoles(Holes);
 	return Json.ReadObject([&](FStringView Name) { return ReadMember(Json, Name); }) && Json.IsAtEnd();
 }
 
-bool FCVXOpenAIDelta::IsPlain() const
+void FCVXOpenAIDelta::Reset()
 {
-	return Calls.IsEmpty() && FinishReason.IsEmpty() && !PromptTokens.IsSet() && !CompletionTokens.IsSet();
+	PromptTokens.Reset();
+	CompletionTokens.Reset();
+	bHasDelta = false;
+	Reasoning.Reset();
+	Content.Reset();
+	Calls.Reset();
+	FinishReason.Reset();
+	Holes.Reset();
 }
 
 bool FCVXOpenAIDelta::ReadMember(FCVXJsonCursor& Json, FStringView Name)
 {
-	if (Name == TEXTVIEW("choices") && Json.IsAtArray())
+	if (Name == TEXTVIEW("choices"))
 	{
-		return ReadChoices(Json);
+		return Json.IsAtArray() ? ReadChoices(Json) : Json.SkipValue();
 	}
-	return Name == TEXTVIEW("usage") && Json.IsAtObject() ? ReadUsage(Json) : Json.SkipValue();
+	if (Name == TEXTVIEW("usage"))
+	{
+		return Json.IsAtObject() ? ReadUsage(Json) : Json.SkipValue();
+	}
+	return Json.IgnoreValue();
 }
 
 bool FCVXOpenAIDelta::ReadUsage(FCVXJsonCursor& Json)
@@ -69,9 +115,10 @@ bool FCVXOpenAIDelta::ReadUsage(FCVXJsonCursor& Json)
 		{
 			if (Name == TEXTVIEW("prompt_tokens"))
 			{
-				return ReadCount(Json, PromptTokens);
+				return ReadCount(Json, PromptTokens, PromptRole);
 			}
-			return Name == TEXTVIEW("completion_tokens") ? ReadCount(Json, CompletionTokens) : Json.SkipValue();
+			return Name == TEXTVIEW("completion_tokens") ? ReadCount(Json, CompletionTokens, CompletionRole)
+														 : Json.IgnoreValue();
 		});
 }
 
@@ -92,11 +139,11 @@ bool FCVXOpenAIDelta::ReadChoice(FCVXJsonCursor& Json)
 	return Json.ReadObject(
 		[&](FStringView Name)
 		{
-			if (Name == TEXTVIEW("delta") && Json.IsAtObject())
+			if (Name == TEXTVIEW("delta"))
 			{
-				return ReadDelta(Json);
+				return Json.IsAtObject() ? ReadDelta(Json) : Json.SkipValue();
 			}
-			return Name == TEXTVIEW("finish_reason") ? ReadText(Json, FinishReason) : Json.SkipValue();
+			return Name == TEXTVIEW("finish_reason") ? ReadText(Json, FinishReason) : Json.IgnoreValue();
 		});
 }
 
@@ -110,29 +157,18 @@ bool FCVXOpenAIDelta::ReadDeltaMember(FCVXJsonCursor& Json, FStringView Name)
 {
 	if (Name == TEXTVIEW("content"))
 	{
-		return ReadString(Json, Content);
+		return ReadText(Json, Content, ContentRole);
 	}
 	if (Name == TEXTVIEW("reasoning_content"))
 	{
-		return ReadString(Json, Reasoning);
+		return ReadText(Json, Reasoning, ReasoningRole);
 	}
-	if (Name == TEXTVIEW("tool_calls") && Json.IsAtArray())
+	if (Name != TEXTVIEW("tool_calls"))
 	{
-		return Json.ReadArray([&] { return Json.IsAtObject() ? ReadCall(Json) : Json.SkipValue(); });
+		return Json.IgnoreValue();
 	}
-	return Json.SkipValue();
-}
-
-bool FCVXOpenAIDelta::ReadString(FCVXJsonCursor& Json, FCVXOpenAIString& Out) const
-{
-	if (!Json.IsAtString())
-	{
-		return Json.SkipValue();
-	}
-	Out.Start = Size - Json.GetRest().Len();
-	const bool bRead = Json.ReadString(Out.Text);
-	Out.End = Size - Json.GetRest().Len();
-	return bRead;
+	return Json.IsAtArray() ? Json.ReadArray([&] { return Json.IsAtObject() ? ReadCall(Json) : Json.SkipValue(); })
+							: Json.SkipValue();
 }
 
 bool FCVXOpenAIDelta::ReadCall(FCVXJsonCursor& Json)

@@ -1,8 +1,6 @@
 #pragma once
 
-#include "CoreMinimal.h"
-
-class FCVXJsonCursor;
+#include "Core/CVXJsonFrame.h"
 
 /** A piece of one tool call, which pieces of the same index continue. */
 struct FCVXOpenAICallDelta
@@ -13,44 +11,37 @@ struct FCVXOpenAICallDelta
 	FString Arguments;
 };
 
-/** One string of a chunk, and where it stands in the data, with its quotes. */
-struct FCVXOpenAIString
-{
-	FString Text;
-	int32 Start = 0;
-	int32 End = 0;
-};
-
-/** One chunk of a streamed chat completion, as far as it is of use: its counters and its first choice. */
+/**
+ * One chunk of a streamed chat completion, as far as it is of use: its counters and its first choice. One object reads
+ * the chunks of a stream.
+ */
 struct FCVXOpenAIDelta
 {
 	TOptional<int32> PromptTokens;
 	TOptional<int32> CompletionTokens;
 	/** Whether the choice has a delta; without one, nothing else of it counts. */
 	bool bHasDelta = false;
-	FCVXOpenAIString Reasoning;
-	FCVXOpenAIString Content;
+	FString Reasoning;
+	FString Content;
 	TArray<FCVXOpenAICallDelta> Calls;
 	FString FinishReason;
 
-	/** @return false when the text isn't a JSON object. */
+	/** Replaces what the last chunk told. @return false when the text isn't a JSON object. */
 	bool Read(const FString& Data);
 
-	/** Whether one text or one reasoning is all that the chunk tells. */
-	bool IsText() const { return IsPlain() && Reasoning.Text.IsEmpty() && !Content.Text.IsEmpty(); }
-	bool IsReasoning() const { return IsPlain() && Content.Text.IsEmpty() && !Reasoning.Text.IsEmpty(); }
-
 private:
-	bool IsPlain() const;
+	bool ReadHole(int32 Role, FCVXJsonCursor& Value);
+	bool ReadWhole(const FString& Data);
+	void Reset();
 	bool ReadMember(FCVXJsonCursor& Json, FStringView Name);
 	bool ReadUsage(FCVXJsonCursor& Json);
 	bool ReadChoices(FCVXJsonCursor& Json);
 	bool ReadChoice(FCVXJsonCursor& Json);
 	bool ReadDelta(FCVXJsonCursor& Json);
 	bool ReadDeltaMember(FCVXJsonCursor& Json, FStringView Name);
-	bool ReadString(FCVXJsonCursor& Json, FCVXOpenAIString& Out) const;
 	bool ReadCall(FCVXJsonCursor& Json);
 
-	/** The length of the data, from whose end the cursor counts. */
-	int32 Size = 0;
+	/** The last chunk, and what may differ in the next. */
+	FCVXJsonFrame Frame;
+	TArray<FCVXJsonHole> Holes;
 };

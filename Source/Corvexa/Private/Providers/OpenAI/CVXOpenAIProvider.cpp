@@ -51,24 +51,25 @@ FString FCVXOpenAIProvider::BuildRequestJson(const FCVXProviderRequest& Request)
 void FCVXOpenAIProvider::HandleSSEEvent(const FString& Handle, FRequestState& BaseState, const FCVXSSEEvent& Event)
 {
 	FOpenAIState& State = static_cast<FOpenAIState&>(BaseState);
-	if (HandleFramed(State, Event.Data))
-	{
-		return;
-	}
 	if (Event.Data == TEXTVIEW("[DONE]"))
 	{
 		HandleStreamDone(Handle, State);
 		return;
 	}
-	FCVXOpenAIDelta Delta;
-	if (!Delta.Read(Event.Data))
+	// Taken out for the call, which may let further events in.
+	TUniquePtr<FCVXOpenAIDelta> Delta = MoveTemp(State.Delta);
+	if (!Delta)
+	{
+		Delta = MakeUnique<FCVXOpenAIDelta>();
+	}
+	if (!Delta->Read(Event.Data))
 	{
 		NoteParseFailure(Handle, State, Event.Data);
 		return;
 	}
 	NoteParseSuccess(State);
-	KeepFrame(State, Event.Data, Delta);
-	HandleChunk(Handle, State, Delta);
+	HandleChunk(Handle, State, *Delta);
+	State.Delta = MoveTemp(Delta);
 }
 
 void FCVXOpenAIProvider::HandleMissingStop(const FString& Handle, FRequestState& State)
@@ -76,30 +77,6 @@ void FCVXOpenAIProvider::HandleMissingStop(const FString& Handle, FRequestState&
 	UE_LOG(LogCVXOpenAIProvider, Warning,
 		TEXT("HTTP completed 200 but SSE [DONE] was not received for %s — forcing stream done."), *Handle);
 	HandleStreamDone(Handle, static_cast<FOpenAIState&>(State));
-}
-
-bool FCVXOpenAIProvider::HandleFramed(FOpenAIState& State, const FString& Data)
-{
-	// Taken out for the call, which may let further events in.
-	FString Text = MoveTemp(State.SpareText);
-	const bool bFramed = State.Frame.ReadString(Data, Text);
-	if (bFramed)
-	{
-		NoteParseSuccess(State);
-		State.bFrameIsReasoning ? TellReasoning(State, Text) : TellText(State, Text);
-	}
-	State.SpareText = MoveTemp(Text);
-	return bFramed;
-}
-
-void FCVXOpenAIProvider::KeepFrame(FOpenAIState& State, const FString& Data, const FCVXOpenAIDelta& Delta)
-{
-	if (Delta.IsText() || Delta.IsReasoning())
-	{
-		State.bFrameIsReasoning = Delta.IsReasoning();
-		const FCVXOpenAIString& Told = State.bFrameIsReasoning ? Delta.Reasoning : Delta.Content;
-		State.Frame.Keep(Data, Told.Start, Told.End);
-	}
 }
 
 void FCVXOpenAIProvider::TakeUsage(FOpenAIState& State, const FCVXOpenAIDelta& Delta)
@@ -111,7 +88,7 @@ void FCVXOpenAIProvider::TakeUsage(FOpenAIState& State, const FCVXOpenAIDelta& D
 void FCVXOpenAIProvider::HandleChunk(const FString& Handle, FOpenAIState& State, const FCVXOpenAIDelta& Delta)
 {
 	TakeUsage(State, Delta);
-	if (!Delta.bHasDelta || !TellReasoning(State, Delta.Reasoning.Text) || !TellText(State, Delta.Content.Text))
+	if (!Delta.bHasDelta || !TellReasoning(State, Delta.Reasoning) || !TellText(State, Delta.Content))
 	{
 		return;
 	}

@@ -1,10 +1,7 @@
 #pragma once
 
-#include "Core/CVXJsonFrame.h"
 #include "Providers/CVXProviderBase.h"
-
-struct FCVXOpenAICallDelta;
-struct FCVXOpenAIDelta;
+#include "Providers/OpenAI/CVXOpenAIDelta.h"
 
 /** The chat completions that many vendors and all local servers speak; which one is told by the profile's URL alone. */
 class FCVXOpenAIProvider final : public FCVXProviderBase
@@ -19,11 +16,8 @@ private:
 	{
 		/** Calls under way by their index, with the arguments so far. */
 		TMap<int32, FCVXToolCall> ToolCalls;
-		/** What the last chunk of a text or reasoning had around it, and which of the two it told. */
-		FCVXJsonFrame Frame;
-		bool bFrameIsReasoning = false;
-		/** A text whose memory the next one uses again. */
-		FString SpareText;
+		/** Reads the chunks; null at first, and while one is being told. */
+		TUniquePtr<FCVXOpenAIDelta> Delta;
 	};
 
 	TSharedRef<FRequestState> MakeState() const override;
@@ -37,8 +31,6 @@ private:
 	void HandleChunk(const FString& Handle, FOpenAIState& State, const FCVXOpenAIDelta& Delta);
 	void HandleFinishReason(const FString& Handle, FOpenAIState& State, const FString& Reason);
 	void HandleStreamDone(const FString& Handle, FOpenAIState& State);
-	static bool HandleFramed(FOpenAIState& State, const FString& Data);
-	static void KeepFrame(FOpenAIState& State, const FString& Data, const FCVXOpenAIDelta& Delta);
 	static void TakeUsage(FOpenAIState& State, const FCVXOpenAIDelta& Delta);
 	static void GatherCall(FOpenAIState& State, const FCVXOpenAICallDelta& Piece);
 	static bool CompleteCalls(FOpenAIState& State);
