@@ -23,8 +23,9 @@ public:
 	bool Read(FStringView Json, VisitorType&& ReadHole) const;
 
 private:
+	bool PassTo(FStringView& Rest, int32 Start, int32 End, int32 FirstHole, int32 EndHole) const;
 	bool Pass(FStringView& Rest, int32 Start, int32 End) const;
-	bool PassUnchanged(FStringView& Rest, const FCVXJsonHole& Hole) const;
+	bool PassIgnored(FStringView& Rest, const FCVXJsonHole& Hole) const;
 
 	FString Kept;
 	TArray<FCVXJsonHole> Holes;
@@ -35,24 +36,26 @@ bool FCVXJsonFrame::Read(FStringView Json, VisitorType&& ReadHole) const
 {
 	FStringView Rest = Json;
 	int32 Passed = 0;
-	for (const FCVXJsonHole& Hole : Holes)
+	int32 NextHole = 0;
+	for (int32 Index = 0; Index < Holes.Num(); ++Index)
 	{
-		if (!Pass(Rest, Passed, Hole.Start))
-		{
-			return false;
-		}
-		Passed = Hole.End;
-		const bool bIgnored = Hole.Role == FCVXJsonHole::Ignored;
-		if (bIgnored && PassUnchanged(Rest, Hole))
+		const FCVXJsonHole& Hole = Holes[Index];
+		if (Hole.Role == FCVXJsonHole::Ignored)
 		{
 			continue;
 		}
+		if (!PassTo(Rest, Passed, Hole.Start, NextHole, Index))
+		{
+			return false;
+		}
 		FCVXJsonCursor Value(Rest, Hole.Depth);
-		if (!(bIgnored ? Value.SkipValue() : ReadHole(Hole.Role, Value)))
+		if (!ReadHole(Hole.Role, Value))
 		{
 			return false;
 		}
 		Rest = Value.GetRest();
+		Passed = Hole.End;
+		NextHole = Index + 1;
 	}
-	return !Kept.IsEmpty() && Pass(Rest, Passed, Kept.Len()) && Rest.IsEmpty();
+	return !Kept.IsEmpty() && PassTo(Rest, Passed, Kept.Len(), NextHole, Holes.Num()) && Rest.IsEmpty();
 }
