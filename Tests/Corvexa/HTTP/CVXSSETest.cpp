@@ -91,6 +91,34 @@ TEST(CVXSSEParser, ALineBeyondTheLimitIsHandedOnInPartsAndParsingGoesOn)
 	EXPECT_EQ(Events.Seen[1], TEXT("|next"));
 }
 
+TEST(CVXSSEParser, WhatNeverEndsStaysSmallAndWhatIsEmptyIsNothing)
+{
+	const FLogCapture Log;
+	FEvents Events;
+	FCVXSSEParser Parser;
+	const FString Line = TEXT("data: ") + FString::ChrN(FCVXSSEParser::MaxLineLength - 10, u'x') + TEXT("\n");
+	for (int32 Count = 0; Count < 80; ++Count)
+	{
+		Parser.FeedChunk(Line, Events.Sink());
+	}
+	EXPECT_EQ(Log.Count(TEXT("SSEParser: event data cut at 16777216 chars"), ELogVerbosity::Warning), 1);
+	Parser.FeedChunk(TEXT("\n"), Events.Sink());
+	ASSERT_EQ(Events.Seen.Num(), 1);
+	EXPECT_EQ(Events.Seen[0].Len(), FCVXSSEParser::MaxDataLength + 1);
+	for (const TCHAR* Empty : {TEXT("\n"), TEXT("event: e\n\n"), TEXT("data:\n\n"), TEXT(": ping\r\n\r\n")})
+	{
+		FString Many;
+		for (int32 Count = 0; Count < 100000; ++Count)
+		{
+			Many += Empty;
+		}
+		Parser.FeedChunk(Many, Events.Sink());
+	}
+	Parser.FeedChunk(TEXT("retry: 99999999999999999999\ndata: next\n\n"), Events.Sink());
+	ASSERT_EQ(Events.Seen.Num(), 2);
+	EXPECT_EQ(Events.Seen[1], TEXT("|next"));
+}
+
 TEST(CVXSSEStream, AStreamCutAnywhereGivesTheSameEvents)
 {
 	FLoopPump Pump;

@@ -193,18 +193,51 @@ TEST_F(CVXAnthropicProvider, EveryFailureHasItsText)
 	EXPECT_FALSE(Log.Contains(TEXT("s3cret")));
 }
 
-TEST_F(CVXAnthropicProvider, SilenceBeyondTheTimeOutIsALostConnection)
+TEST_F(CVXAnthropicProvider, SilenceBeyondTheTimeOutIsALostConnectionAndASlowAnswerIsNot)
 {
 	FTestClock Clock;
-	Server.Enqueue(FLoopbackReply::Silence());
+	const auto Headers = FLoopbackReply::Events({TextDelta("never")});
+	FLoopbackReply OnlyHeaders = Headers;
+	OnlyHeaders.StallAt(Headers.HeadSize());
+	FLoopbackReply HalfAnEvent = Headers;
+	HalfAnEvent.StallAt(Headers.HeadSize() + 20);
+	for (const FLoopbackReply& Reply : {FLoopbackReply::Silence(), OnlyHeaders, HalfAnEvent})
+	{
+		Told.Reset();
+		bEnded = false;
+		Server.Enqueue(Reply);
+		const size_t Requests = Server.RequestCount();
+		Provider->StreamRequest(FCVXProviderRequest(), Callbacks);
+		ASSERT_TRUE(Server.WaitForRequests(Requests + 1));
+		Clock.Advance(299.0);
+		Pump.Tick();
+		EXPECT_FALSE(bEnded);
+		EXPECT_TRUE(Pump.Until(
+			[&]
+			{
+				Clock.Advance(10.0);
+				return bEnded;
+			}));
+		EXPECT_EQ(Told, (TArray<FString>{TEXT("error HTTP connection failed.")}));
+	}
+
+	const auto Gate = FLoopbackGate::Create();
+	const std::string Word = TextDelta("a");
+	FLoopbackReply Slow = FLoopbackReply::Sized(200, Word + Word + Word + Word + Stop);
+	Server.Enqueue(Slow.DripFrom(Slow.HeadSize(), Word.size(), Gate));
+	Told.Reset();
+	bEnded = false;
 	Provider->StreamRequest(FCVXProviderRequest(), Callbacks);
-	ASSERT_TRUE(Server.WaitForRequests(1));
-	Clock.Advance(299.0);
-	Pump.Tick();
-	EXPECT_FALSE(bEnded);
-	Clock.Advance(2.0);
+	for (int32 Count = 1; Count <= 4; ++Count)
+	{
+		Gate->Release();
+		ASSERT_TRUE(Pump.Until([&] { return Told.Num() == Count; }));
+		Clock.Advance(200.0);
+		Pump.Tick();
+	}
+	Gate->Open();
 	EXPECT_TRUE(Pump.Until([this] { return bEnded; }));
-	EXPECT_EQ(Told, (TArray<FString>{TEXT("error HTTP connection failed.")}));
+	EXPECT_EQ(Told.Last(), TEXT("finished 0 0 0 0"));
 }
 
 TEST_F(CVXAnthropicProvider, NothingIsToldAfterACancelOrTheProvidersEnd)

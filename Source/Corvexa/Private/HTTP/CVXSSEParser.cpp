@@ -73,16 +73,29 @@ void FCVXSSEParser::ProcessField(FStringView Name, FStringView Value)
 {
 	if (Name == TEXTVIEW("data"))
 	{
-		if (!CurrentData.IsEmpty())
-		{
-			CurrentData.AppendChar(TEXT('\n'));
-		}
-		CurrentData.Append(Value);
+		AppendData(Value);
 	}
 	else if (Name == TEXTVIEW("event"))
 	{
 		CurrentEvent.Reset();
 		CurrentEvent.Append(Value);
+	}
+}
+
+void FCVXSSEParser::AppendData(FStringView Value)
+{
+	if (CurrentData.Len() == MaxDataLength)
+	{
+		return;
+	}
+	if (!CurrentData.IsEmpty())
+	{
+		CurrentData.AppendChar(TEXT('\n'));
+	}
+	CurrentData.Append(Value.Left(MaxDataLength - CurrentData.Len()));
+	if (CurrentData.Len() == MaxDataLength)
+	{
+		UE_LOG(LogCorvexa, Warning, TEXT("SSEParser: event data cut at %d chars"), MaxDataLength);
 	}
 }
 

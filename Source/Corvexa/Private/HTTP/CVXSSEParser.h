@@ -21,6 +21,8 @@ class FCVXSSEParser
 public:
 	/** A longer line is handed on in parts, each parsed as a line of its own. In code units. */
 	static constexpr int32 MaxLineLength = 262144;
+	/** What an event's data has beyond this is left out, so that one that never ends stays small. In code units. */
+	static constexpr int32 MaxDataLength = 64 * MaxLineLength;
 
 	/** Parses a further piece. OnEvent is called once for each event that it completes. */
 	void FeedChunk(const FString& Chunk, const TFunction<void(const FCVXSSEEvent&)>& OnEvent);
@@ -33,6 +35,7 @@ private:
 
 	void ProcessLine(FStringView Line, const FOnEvent& OnEvent);
 	void ProcessField(FStringView Name, FStringView Value);
+	void AppendData(FStringView Value);
 	void DispatchEvent(const FOnEvent& OnEvent);
 	void ReuseMemory(FCVXSSEEvent&& Event);
 
