@@ -71,6 +71,13 @@ protected:
 	static void NoteParseSuccess(FRequestState& State) { State.JsonParseFailures = 0; }
 	void NoteParseFailure(const FString& Handle, FRequestState& State, const FString& Data);
 
+	/** Takes an event's reader out of the state while it is told, which may let further events in; makes the first. */
+	template <typename ReaderType>
+	static TUniquePtr<ReaderType> TakeReader(TUniquePtr<ReaderType>& Kept)
+	{
+		return Kept ? MoveTemp(Kept) : MakeUnique<ReaderType>();
+	}
+
 	/**
 	 * Call the request's callback, if it is set. An empty text is not told.
 	 * @return whether the request goes on; when it doesn't, the provider may be gone too.

@@ -140,12 +140,7 @@ void FCVXAnthropicProvider::HandleContentBlockStart(FAnthropicState& State, cons
 
 void FCVXAnthropicProvider::HandleContentBlockDelta(const FString& Handle, FAnthropicState& State, const FString& Data)
 {
-	// Taken out for the call, which may let further events in.
-	TUniquePtr<FCVXAnthropicDelta> Delta = MoveTemp(State.Delta);
-	if (!Delta)
-	{
-		Delta = MakeUnique<FCVXAnthropicDelta>();
-	}
+	TUniquePtr<FCVXAnthropicDelta> Delta = TakeReader(State.Delta);
 	if (!Delta->Read(Data))
 	{
 		NoteParseFailure(Handle, State, Data);

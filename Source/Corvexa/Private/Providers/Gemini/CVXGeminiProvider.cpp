@@ -57,12 +57,7 @@ void FCVXGeminiProvider::HandleSSEEvent(const FString& Handle, FRequestState& Ba
 		return;
 	}
 	FGeminiState& State = static_cast<FGeminiState&>(BaseState);
-	// Taken out for the call, which may let further events in.
-	TUniquePtr<FCVXGeminiDelta> Delta = MoveTemp(State.Delta);
-	if (!Delta)
-	{
-		Delta = MakeUnique<FCVXGeminiDelta>();
-	}
+	TUniquePtr<FCVXGeminiDelta> Delta = TakeReader(State.Delta);
 	if (!Delta->Read(Event.Data))
 	{
 		NoteParseFailure(Handle, State, Event.Data);

@@ -56,12 +56,7 @@ void FCVXOpenAIProvider::HandleSSEEvent(const FString& Handle, FRequestState& Ba
 		HandleStreamDone(Handle, State);
 		return;
 	}
-	// Taken out for the call, which may let further events in.
-	TUniquePtr<FCVXOpenAIDelta> Delta = MoveTemp(State.Delta);
-	if (!Delta)
-	{
-		Delta = MakeUnique<FCVXOpenAIDelta>();
-	}
+	TUniquePtr<FCVXOpenAIDelta> Delta = TakeReader(State.Delta);
 	if (!Delta->Read(Event.Data))
 	{
 		NoteParseFailure(Handle, State, Event.Data);
