@@ -1,5 +1,6 @@
 #include "Misc/ConfigCacheIni.h"
 
+#include "ConfigMerge.h"
 #include "DirectoryLock.h"
 #include "HAL/FileManager.h"
 #include "Logging/LogMacros.h"
@@ -141,6 +142,14 @@ void FConfigCacheIni::SetArray(
 	Change(Filename,
 		[Section = FString(Section), Key = FString(Key), Values](FConfigFile& File)
 		{ File.SetArray(Section, Key, Values); });
+}
+
+void FConfigCacheIni::ChangeArray(const TCHAR* Section, const TCHAR* Key, const TArray<FString>& OldValues,
+	const TArray<FString>& NewValues, const FString& Filename)
+{
+	Change(Filename,
+		[Section = FString(Section), Key = FString(Key), OldValues, NewValues](FConfigFile& File)
+		{ File.SetArray(Section, Key, MergeArray(OldValues, NewValues, File.FindArray(Section, Key))); });
 }
 
 void FConfigCacheIni::CommentOut(const TCHAR* Section, const TCHAR* Key, const FString& Filename)

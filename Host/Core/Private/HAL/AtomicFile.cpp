@@ -17,12 +17,24 @@ FString ResolveLink(const TCHAR* Path)
 	return FString(::realpath(*FNativePath(Path), Resolved) ? Resolved : *FNativePath(Path));
 }
 
+/** With a slash at its end. */
+FString DirectoryOf(const FString& Target)
+{
+	int32 Slash = INDEX_NONE;
+	return Target.FindLastChar(u'/', Slash) ? Target.Left(Slash + 1) : FString(TEXT("./"));
+}
+
+/** Whether an open file can be given a name, for which the system's view of its own processes must be mounted. */
+bool CanNameDescriptors()
+{
+	static const bool bCan = ::access("/proc/self/fd", X_OK) == 0;
+	return bCan;
+}
+
 /** A name that no user picks, in the same directory so that the rename stays within one file system. */
 FString TemporaryBeside(const FString& Target)
 {
-	int32 Slash = INDEX_NONE;
-	Target.FindLastChar(u'/', Slash);
-	return Target.Left(Slash + 1) + TEXT(".cvx-") + FGuid::NewGuid().ToString(EGuidFormats::DigitsLower) + TEXT(".tmp");
+	return DirectoryOf(Target) + TEXT(".cvx-") + FGuid::NewGuid().ToString(EGuidFormats::DigitsLower) + TEXT(".tmp");
 }
 
 bool TakeOwnerAndMode(int Descriptor, const struct stat& Old)
@@ -45,9 +57,15 @@ FAtomicFile::~FAtomicFile()
 	}
 }
 
-bool FAtomicFile::Open(const TCHAR* Path, bool bEvenIfReadOnly)
+bool FAtomicFile::Open(const TCHAR* Path, bool bEvenIfReadOnly, bool bInMayReplace)
 {
+	bMayReplace = bInMayReplace;
 	struct stat Old = {};
+	if (!bMayReplace && PosixFile::LinkStat(*FNativePath(Path), Old))
+	{
+		errno = EEXIST;
+		return false;
+	}
 	const bool bExists = PosixFile::Stat(*FNativePath(Path), Old);
 	if (bExists && S_ISDIR(Old.st_mode))
 	{
@@ -65,23 +83,59 @@ bool FAtomicFile::Open(const TCHAR* Path, bool bEvenIfReadOnly)
 		return false;
 	}
 	Target = ResolveLink(Path);
+	return OpenNew() && (!bExists || TakeOwnerAndMode(Descriptor.Get(), Old));
+}
+
+/** Opens a file without a name, or with a temporary one. */
+bool FAtomicFile::OpenNew()
+{
+	if (CanNameDescriptors())
+	{
+		Descriptor = PosixFile::Open(*FNativePath(*DirectoryOf(Target)), O_WRONLY | O_TMPFILE);
+		if (Descriptor.IsValid() || (errno != EOPNOTSUPP && errno != EISDIR && errno != EINVAL))
+		{
+			return Descriptor.IsValid();
+		}
+	}
 	const FString Name = TemporaryBeside(Target);
 	Descriptor = PosixFile::Open(*FNativePath(*Name), O_WRONLY | O_CREAT | O_EXCL);
-	if (!Descriptor.IsValid())
+	Temporary = Descriptor.IsValid() ? Name : FString();
+	return Descriptor.IsValid();
+}
+
+/** Names a file that has no name yet: by its own name if that is free, else by a temporary one. */
+bool FAtomicFile::GiveName()
+{
+	if (PosixFile::LinkDescriptor(Descriptor.Get(), *FNativePath(*Target)))
+	{
+		Target.Empty();
+		return true;
+	}
+	if (!bMayReplace || errno != EEXIST)
+	{
+		return false;
+	}
+	const FString Name = TemporaryBeside(Target);
+	if (!PosixFile::LinkDescriptor(Descriptor.Get(), *FNativePath(*Name)))
 	{
 		return false;
 	}
 	Temporary = Name;
-	return !bExists || TakeOwnerAndMode(Descriptor.Get(), Old);
+	return true;
 }
 
 bool FAtomicFile::Commit()
 {
-	if (Temporary.IsEmpty())
+	if (Target.IsEmpty())
 	{
 		return true;
 	}
-	if (!PosixFile::Sync(Descriptor.Get()) || !PosixFile::Rename(*FNativePath(*Temporary), *FNativePath(*Target)))
+	if (!PosixFile::Sync(Descriptor.Get()) || (Temporary.IsEmpty() && !GiveName()))
+	{
+		return false;
+	}
+	const auto Rename = bMayReplace ? &PosixFile::Rename : &PosixFile::RenameExclusive;
+	if (!Temporary.IsEmpty() && !Rename(*FNativePath(*Temporary), *FNativePath(*Target)))
 	{
 		return false;
 	}

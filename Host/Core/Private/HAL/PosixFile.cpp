@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <unistd.h>
@@ -91,6 +92,27 @@ bool PosixFile::Truncate(int Descriptor, int64 Size)
 bool PosixFile::Rename(const char* From, const char* To)
 {
 	return !Fails() && ::rename(From, To) == 0;
+}
+
+bool PosixFile::RenameExclusive(const char* From, const char* To)
+{
+	if (Fails())
+	{
+		return false;
+	}
+	if (::renameat2(AT_FDCWD, From, AT_FDCWD, To, RENAME_NOREPLACE) == 0)
+	{
+		return true;
+	}
+	// A file system that can't do it at once may still refuse a second name for a file.
+	return (errno == EINVAL || errno == ENOSYS) && ::link(From, To) == 0 && ::unlink(From) == 0;
+}
+
+bool PosixFile::LinkDescriptor(int Descriptor, const char* To)
+{
+	char Path[32];
+	(void)::snprintf(Path, sizeof(Path), "/proc/self/fd/%d", Descriptor);
+	return !Fails() && ::linkat(AT_FDCWD, Path, AT_FDCWD, To, AT_SYMLINK_FOLLOW) == 0;
 }
 
 bool PosixFile::Unlink(const char* Path)

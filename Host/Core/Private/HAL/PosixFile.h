@@ -60,6 +60,10 @@ bool Write(int Descriptor, const void* Source, int64 Count);
 bool Sync(int Descriptor);
 bool Truncate(int Descriptor, int64 Size);
 bool Rename(const char* From, const char* To);
+/** As `Rename`, but fails with EEXIST when anything is at To, as one step. */
+bool RenameExclusive(const char* From, const char* To);
+/** Gives an open file that has no name a name; fails with EEXIST when anything has it. */
+bool LinkDescriptor(int Descriptor, const char* To);
 bool Unlink(const char* Path);
 bool MakeDirectory(const char* Path);
 bool RemoveDirectory(const char* Path);

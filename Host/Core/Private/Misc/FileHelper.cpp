@@ -13,6 +13,8 @@ DEFINE_LOG_CATEGORY_STATIC(LogFileHelper, Log, All);
 namespace
 {
 constexpr int64 ReadStep = 64 * 1024;
+/** Of what isn't a regular file, such as a device that never ends, no more is read. */
+constexpr int64 MaxStreamBytes = 64 * 1024 * 1024;
 
 bool Fail(const TCHAR* What, const TCHAR* Filename, int Error, bool bQuiet = false)
 {
@@ -21,12 +23,12 @@ bool Fail(const TCHAR* What, const TCHAR* Filename, int Error, bool bQuiet = fal
 }
 
 /** Reads to the end, whatever size the system claims: the file may grow, and some files have no size. */
-bool ReadToEnd(int Descriptor, int64 SizeHint, TArray<uint8>& Result)
+bool ReadToEnd(int Descriptor, int64 SizeHint, int64 MaxBytes, TArray<uint8>& Result)
 {
 	Result.Reset();
 	for (int64 Step = SizeHint + 1;; Step = ReadStep)
 	{
-		if (Step > (int64)MAX_int32 - Result.Num())
+		if (Step > MaxBytes - Result.Num())
 		{
 			errno = EFBIG;
 			return false;
@@ -74,13 +76,9 @@ bool AppendInPlace(TArrayView<const uint8> Bytes, const TCHAR* Filename)
 
 bool Replace(TArrayView<const uint8> Bytes, const TCHAR* Filename, uint32 WriteFlags)
 {
-	if ((WriteFlags & FILEWRITE_NoReplaceExisting) != 0 && FPaths::FileExists(Filename))
-	{
-		errno = EEXIST;
-		return false;
-	}
 	FAtomicFile File;
-	return File.Open(Filename, (WriteFlags & FILEWRITE_EvenIfReadOnly) != 0) &&
+	return File.Open(Filename, (WriteFlags & FILEWRITE_EvenIfReadOnly) != 0,
+			   (WriteFlags & FILEWRITE_NoReplaceExisting) == 0) &&
 		File.Write(Bytes.GetData(), Bytes.Num()) && File.Commit();
 }
 
@@ -101,7 +99,8 @@ bool FFileHelper::LoadFileToArray(TArray<uint8>& Result, const TCHAR* Filename, 
 	{
 		return Fail(TEXT("Cannot read"), Filename, errno, bQuiet);
 	}
-	if (!ReadToEnd(File.Get(), (int64)Status.st_size, Result))
+	const int64 MaxBytes = S_ISREG(Status.st_mode) ? (int64)MAX_int32 : MaxStreamBytes;
+	if (!ReadToEnd(File.Get(), (int64)Status.st_size, MaxBytes, Result))
 	{
 		Result.Empty();
 		return Fail(TEXT("Cannot read"), Filename, errno, bQuiet);

@@ -34,6 +34,9 @@ public:
 	void SetInt(const TCHAR* Section, const TCHAR* Key, int32 Value, const FString& Filename);
 	void SetBool(const TCHAR* Section, const TCHAR* Key, bool bValue, const FString& Filename);
 	void SetArray(const TCHAR* Section, const TCHAR* Key, const TArray<FString>& Values, const FString& Filename);
+	/** As `SetArray`, of the difference alone: what others have changed in the array since it was OldValues stays. */
+	void ChangeArray(const TCHAR* Section, const TCHAR* Key, const TArray<FString>& OldValues,
+		const TArray<FString>& NewValues, const FString& Filename);
 	/** Turns the key's lines into comments, which keep their text. */
 	void CommentOut(const TCHAR* Section, const TCHAR* Key, const FString& Filename);
 	bool RemoveKey(const TCHAR* Section, const TCHAR* Key, const FString& Filename);

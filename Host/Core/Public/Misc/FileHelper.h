@@ -7,8 +7,10 @@
  * Whole files at once. Loading honours byte order marks and takes unmarked text for UTF-8; malformed bytes become
  * U+FFFD. Saving makes the directories on the way and replaces the file as one step: a reader sees the old or the new
  * file, never a part, and a failed save leaves the old one. A symbolic link stays, its target is replaced; the file's
- * mode is kept; a read-only file is refused without FILEWRITE_EvenIfReadOnly. Appending writes in place. Failures are
- * false and a warning in the log. Files of 2 GB and more aren't loaded. Any thread.
+ * mode is kept; a read-only file is refused without FILEWRITE_EvenIfReadOnly. FILEWRITE_NoReplaceExisting wants a free
+ * name: of several threads or processes that save under one name at once, one succeeds. Appending writes in place.
+ * Failures are false and a warning in the log. Files of 2 GB and more, and devices and pipes that give more than 64 MB,
+ * aren't loaded. Any thread.
  */
 struct FFileHelper
 {

@@ -77,6 +77,13 @@ TMap<FString, FString>& KnownValues()
 	return Values;
 }
 
+/** The lines of each array as this program last read or wrote them, from which its changes are told. */
+TMap<FString, TArray<FString>>& KnownLines()
+{
+	static TMap<FString, TArray<FString>> Lines;
+	return Lines;
+}
+
 FString ExportWhole(UObject* Object, const FProperty* Property, int32 Index)
 {
 	FString Text;
@@ -110,6 +117,7 @@ void LoadValue(UObject* Object, const FProperty* Property, int32 Index, const FC
 	{
 		ConfigLines::Read(Array, ValuesOf(Lines), Data, Object,
 			[&](int32 Line, const FString& Problem) { Warn(Key, *Lines[Line], Problem); });
+		KnownLines().Add(Key.GetPlace(), ValuesOf(Lines));
 	}
 	else if (!Lines.IsEmpty())
 	{
@@ -129,6 +137,7 @@ void LoadProperty(UObject* Object, const FProperty* Property, const FConfigPlace
 		{
 			const FConfigKey Key{Place.Config, Place.Files[File], Place.Section, KeyOf(Property, Index)};
 			KnownValues().Remove(Key.GetPlace());
+			KnownLines().Remove(Key.GetPlace());
 			if (!bLoaded && !Key.FindLines().IsEmpty())
 			{
 				LoadValue(Object, Property, Index, Key);
@@ -144,11 +153,14 @@ void SaveValue(UObject* Object, const FProperty* Property, int32 Index, const FC
 	const void* Data = Property->ContainerPtrToValuePtr<void>(Object, Index);
 	if (const FArrayProperty* Array = CastField<FArrayProperty>(Property))
 	{
-		const TArray<FString> Lines = ConfigLines::Write(Array, Data, Object, OldLines);
+		TArray<FString>* Known = KnownLines().Find(Key.GetPlace());
+		const TArray<FString> Before = Known ? *Known : OldLines;
+		const TArray<FString> Lines = ConfigLines::Write(Array, Data, Object, Before);
 		// An empty array has no lines; to write that anew would take away what another program has added since.
 		if (!Lines.IsEmpty() || Key.IsThere())
 		{
-			Key.Config.SetArray(*Key.Section, *Key.Key, Lines, Key.File);
+			Key.Config.ChangeArray(*Key.Section, *Key.Key, Before, Lines, Key.File);
+			KnownLines().Add(Key.GetPlace(), Lines);
 		}
 		return;
 	}

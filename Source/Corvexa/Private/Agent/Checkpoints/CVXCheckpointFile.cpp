@@ -105,18 +105,21 @@ bool CVXCheckpointFile::Write(const FString& Path, const FString& Json, bool bCo
 		const TArray<uint8> Bytes = Compress(Json);
 		if (!Bytes.IsEmpty())
 		{
-			return FFileHelper::SaveArrayToFile(Bytes, *(Path + TEXT(".gz")));
+			return FFileHelper::SaveArrayToFile(
+				Bytes, *(Path + TEXT(".gz")), &IFileManager::Get(), FILEWRITE_NoReplaceExisting);
 		}
 		UE_LOG(LogCVXCheckpoint, Warning, TEXT("Zlib compression failed, saving uncompressed: %s"), *Path);
 	}
-	return FFileHelper::SaveStringToFile(Json, *Path);
+	return FFileHelper::SaveStringToFile(
+		Json, *Path, FFileHelper::EEncodingOptions::AutoDetect, &IFileManager::Get(), FILEWRITE_NoReplaceExisting);
 }
 
 bool CVXCheckpointFile::Read(const FString& Path, FString& OutJson)
 {
 	const FString Compressed = Path + TEXT(".gz");
 	TArray<uint8> Bytes;
-	if (IFileManager::Get().FileExists(*Compressed) && FFileHelper::LoadFileToArray(Bytes, *Compressed))
+	const int64 Size = IFileManager::Get().FileSize(*Compressed);
+	if (Size >= 0 && Size <= MaxInflatedBytes && FFileHelper::LoadFileToArray(Bytes, *Compressed))
 	{
 		if (Decompress(Bytes, OutJson))
 		{
@@ -125,5 +128,5 @@ bool CVXCheckpointFile::Read(const FString& Path, FString& OutJson)
 		UE_LOG(LogCVXCheckpoint, Warning,
 			TEXT("Failed to decompress checkpoint with all methods: %s — trying uncompressed fallback"), *Compressed);
 	}
-	return FFileHelper::LoadFileToString(OutJson, *Path);
+	return IFileManager::Get().FileSize(*Path) <= MaxInflatedBytes && FFileHelper::LoadFileToString(OutJson, *Path);
 }

@@ -5,12 +5,12 @@
 /** One checkpoint file, plain or compressed. Any thread. */
 namespace CVXCheckpointFile
 {
-/** What inflating may make of a file at most, in bytes. */
+/** What a file may hold at most, and what inflating may make of it, in bytes. */
 constexpr int64 MaxInflatedBytes = 524288000;
 
 /**
- * Writes the text beside its place and then moves it there, so that the file is whole or not there.
- * @param Path without ".gz", which a compressed file has behind it. @return whether it is on disk.
+ * Makes a file that is whole or not there, and is none that was there before: of several that write under one name, one
+ * succeeds. @param Path without ".gz", which a compressed file has behind it. @return whether it is on disk.
  */
 bool Write(const FString& Path, const FString& Json, bool bCompress);
 

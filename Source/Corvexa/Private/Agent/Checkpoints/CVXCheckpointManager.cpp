@@ -1,8 +1,12 @@
 #include "Agent/Checkpoints/CVXCheckpointManager.h"
 
+#include "Agent/Checkpoints/CVXCheckpointBudget.h"
 #include "Agent/Checkpoints/CVXCheckpointFile.h"
 #include "Agent/Checkpoints/CVXCheckpointJson.h"
+#include "Agent/Checkpoints/CVXCheckpointList.h"
 #include "Agent/Checkpoints/CVXCheckpointLog.h"
+#include "Agent/Checkpoints/CVXCheckpointSave.h"
+#include "Agent/Tasks/CVXDelegationHistory.h"
 #include "Agent/Tasks/CVXTask.h"
 #include "Core/CVXSettings.h"
 #include "HAL/FileManager.h"
@@ -11,139 +15,10 @@
 
 namespace
 {
-constexpr const TCHAR* NamePrefix = TEXT("checkpoint_");
-
-/** The name without ".json" or ".json.gz"; empty for another file. */
-FString GetLogicalName(const FString& FileName)
-{
-	FString Name = FileName;
-	Name.RemoveFromEnd(TEXT(".gz"));
-	return Name.StartsWith(NamePrefix) && Name.RemoveFromEnd(TEXT(".json")) ? Name : FString();
-}
-
-/** A task's files, oldest first; of two forms of one checkpoint the compressed one. */
-TArray<FString> ListFiles(const FString& Directory)
-{
-	TArray<FString> Names;
-	IFileManager::Get().FindFiles(Names, *FPaths::Combine(Directory, TEXT("*")), true, false);
-	TMap<FString, FString> PathsByName;
-	for (const FString& Name : Names)
-	{
-		const FString Logical = GetLogicalName(Name);
-		if (!Logical.IsEmpty() && (Name.EndsWith(TEXT(".gz")) || !PathsByName.Contains(Logical)))
-		{
-			PathsByName.Add(Logical, FPaths::Combine(Directory, Name));
-		}
-	}
-	TArray<FString> Keys;
-	PathsByName.GetKeys(Keys);
-	Keys.Sort();
-	TArray<FString> Paths;
-	for (const FString& Key : Keys)
-	{
-		Paths.Add(PathsByName[Key]);
-	}
-	return Paths;
-}
-
-int32 GetNumber(const FString& Path)
-{
-	return FCString::Atoi(*GetLogicalName(FPaths::GetCleanFilename(Path)).RightChop(FCString::Strlen(NamePrefix)));
-}
-
-/** What one save needs to know; made on the game thread, worked off on the pool. */
-struct FSaveJob
-{
-	FString Directory;
-	FString Json;
-	int32 MaxCheckpoints = 0;
-	bool bCompress = false;
-	bool bShutdown = false;
-
-	/** @return the number of the new file. */
-	int32 Run() const
-	{
-		IFileManager::Get().MakeDirectory(*Directory, true);
-		TArray<FString> Existing = ListFiles(Directory);
-		const int32 Number = Existing.IsEmpty() ? 0 : GetNumber(Existing.Last()) + 1;
-		const FString Path = FPaths::Combine(Directory, FString::Printf(TEXT("checkpoint_%04d.json"), Number));
-		const bool bSaved = CVXCheckpointFile::Write(Path, Json, bCompress);
-		Report(Path, bSaved);
-		// The old ones go only when the new one is there.
-		for (int32 Index = 0; bSaved && Existing.Num() + 1 - Index > MaxCheckpoints && Index < Existing.Num(); ++Index)
-		{
-			IFileManager::Get().Delete(*Existing[Index]);
-		}
-		return Number;
-	}
-
-private:
-	void Report(const FString& Path, bool bSaved) const
-	{
-		const TCHAR* Kind = bShutdown ? TEXT("shutdown ") : TEXT("");
-		if (bSaved)
-		{
-			UE_LOG(LogCVXCheckpoint, Log, TEXT("Saved %scheckpoint %s"), Kind, *Path);
-			return;
-		}
-		UE_LOG(LogCVXCheckpoint, Warning, TEXT("Failed to save %scheckpoint to %s"), Kind, *Path);
-	}
-};
-
-struct FStoredFile
-{
-	FString Path;
-	int64 Size = 0;
-	FDateTime Time;
-};
-
-/** Every checkpoint file of the project. */
-TArray<FStoredFile> FindStoredFiles()
-{
-	IFileManager& Files = IFileManager::Get();
-	const FString Root = FCVXCheckpointManager::GetTasksDir();
-	TArray<FString> Directories;
-	Files.FindFiles(Directories, *FPaths::Combine(Root, TEXT("*")), false, true);
-	TArray<FStoredFile> Found;
-	for (const FString& Directory : Directories)
-	{
-		TArray<FString> Names;
-		Files.FindFiles(Names, *FPaths::Combine(Root, Directory, TEXT("*checkpoint*")), true, false);
-		for (const FString& Name : Names)
-		{
-			const FString Path = FPaths::Combine(Root, Directory, Name);
-			const int64 Size = Files.FileSize(*Path);
-			if (Size > 0)
-			{
-				Found.Add({Path, Size, Files.GetTimeStamp(*Path)});
-			}
-		}
-	}
-	return Found;
-}
-
-void PruneTo(int32 BudgetMB)
-{
-	const int64 Budget = static_cast<int64>(BudgetMB) << 20;
-	TArray<FStoredFile> Files = FindStoredFiles();
-	int64 Sum = 0;
-	for (const FStoredFile& File : Files)
-	{
-		Sum += File.Size;
-	}
-	Files.Sort([](const FStoredFile& A, const FStoredFile& B) { return A.Time < B.Time; });
-	int32 Pruned = 0;
-	for (; Pruned < Files.Num() && Sum > Budget; ++Pruned)
-	{
-		Sum -= Files[Pruned].Size;
-		IFileManager::Get().Delete(*Files[Pruned].Path);
-	}
-	if (Pruned > 0)
-	{
-		UE_LOG(
-			LogCVXCheckpoint, Log, TEXT("M12: Pruned %d old checkpoints to stay within %dMB budget"), Pruned, BudgetMB);
-	}
-}
+/** How long a save that is being written is left alone before it is looked at again. */
+constexpr double MinLookSeconds = 1.0;
+/** The interval between tries doubles with each failure, so many times at most. */
+constexpr int32 MaxDoublings = 5;
 } // namespace
 
 FCVXCheckpointManager& FCVXCheckpointManager::Get()
@@ -162,49 +37,178 @@ FString FCVXCheckpointManager::GetCheckpointDir(const FString& TaskId)
 	return FPaths::Combine(GetTasksDir(), TaskId);
 }
 
+bool FCVXCheckpointManager::IsTaskId(const FString& Id)
+{
+	return !Id.IsEmpty() && Id != TEXT(".") && Id != TEXT("..") && !Id.Contains(TEXT("/")) && !Id.Contains(TEXT("\\"));
+}
+
 void FCVXCheckpointManager::SaveCheckpoint(const FCVXTask& Task)
 {
+	const FString& TaskId = Task.GetTaskId();
 	const UCVXSettings* Settings = UCVXSettings::Get();
 	if (!Settings || !Settings->bEnableCheckpoints)
 	{
-		UE_LOG(LogCVXCheckpoint, Verbose, TEXT("SaveCheckpoint skipped for '%s': settings %s, checkpoints %s"),
-			*Task.GetTaskId(), Settings ? TEXT("present") : TEXT("missing"), TEXT("off"));
+		UE_LOG(LogCVXCheckpoint, Verbose, TEXT("SaveCheckpoint skipped for '%s': settings %s, checkpoints %s"), *TaskId,
+			Settings ? TEXT("present") : TEXT("missing"), TEXT("off"));
 		return;
 	}
-	const double Now = FPlatformTime::Seconds();
-	const double* LastSave = LastSaveTimes.Find(Task.GetTaskId());
-	if (LastSave && Now - *LastSave < MinSaveIntervalSeconds)
+	FPendingSave& Pending = PendingSaves.FindOrAdd(TaskId);
+	Settle(TaskId, Pending);
+	Pending.bNews = true;
+	const double Wait = GetSecondsToNextSave(TaskId, Pending);
+	if (Wait > 0.0)
 	{
+		LookAgain(Task, Pending, Wait);
 		return;
 	}
 	if (!Task.GetAgentLoop())
 	{
-		UE_LOG(LogCVXCheckpoint, Warning, TEXT("SaveCheckpoint skipped: AgentLoop is null for task '%s'"),
-			*Task.GetTaskId());
+		UE_LOG(LogCVXCheckpoint, Warning, TEXT("SaveCheckpoint skipped: AgentLoop is null for task '%s'"), *TaskId);
 		return;
 	}
-	LastSaveTimes.Add(Task.GetTaskId(), Now);
-	FSaveJob Job{GetCheckpointDir(Task.GetTaskId()), CVXCheckpointJson::Write(Task), Settings->MaxCheckpointsPerTask,
-		Settings->bCompressCheckpoints, false};
+	StartSave(Task, Pending);
+}
+
+void FCVXCheckpointManager::Settle(const FString& TaskId, FPendingSave& Pending)
+{
+	using EOutcome = FCVXCheckpointSave::EOutcome;
+	const EOutcome Outcome = Pending.Save ? Pending.Save->GetOutcome() : EOutcome::Pending;
+	if (Outcome == EOutcome::Pending)
+	{
+		return;
+	}
+	const bool bSaved = Outcome == EOutcome::Saved;
+	Pending.Failures = bSaved ? 0 : FMath::Min(Pending.Failures + 1, MaxDoublings);
+	Pending.bNews |= !bSaved;
+	Pending.Save.Reset();
+	if (bSaved)
+	{
+		LastSaveTimes.Add(TaskId, Pending.StartTime);
+	}
+}
+
+double FCVXCheckpointManager::GetSecondsToNextSave(const FString& TaskId, const FPendingSave& Pending) const
+{
+	const double Now = FPlatformTime::Seconds();
+	if (Pending.Save)
+	{
+		return FMath::Max(MinLookSeconds, Pending.StartTime + MinSaveIntervalSeconds - Now);
+	}
+	const double* LastSave = LastSaveTimes.Find(TaskId);
+	return LastSave ? *LastSave + MinSaveIntervalSeconds - Now : 0.0;
+}
+
+void FCVXCheckpointManager::StartSave(const FCVXTask& Task, FPendingSave& Pending)
+{
+	const UCVXSettings* Settings = UCVXSettings::Get();
+	const TSharedRef<FCVXCheckpointSave> Save = MakeShared<FCVXCheckpointSave>();
+	Save->Directory = GetCheckpointDir(Task.GetTaskId());
+	Save->Json = CVXCheckpointJson::Write(Task);
+	Save->Delegations = FCVXDelegationHistory::Get().ToText(Task.GetAgentLoop()->GetLoopId());
+	Save->MaxCheckpoints = Settings->MaxCheckpointsPerTask;
+	Save->bCompress = Settings->bCompressCheckpoints;
+	Pending.Save = Save;
+	Pending.StartTime = FPlatformTime::Seconds();
+	Pending.bNews = false;
 	Queue.Add(
-		[Job = MoveTemp(Job), BudgetMB = Settings->MaxCheckpointStorageMB]
+		[Save, TasksDir = GetTasksDir(), BudgetMB = Settings->MaxCheckpointStorageMB]
 		{
-			if (Job.Run() % BudgetInterval == 0 && BudgetMB > 0)
+			const int32 Number = Save->Run();
+			if (Number != INDEX_NONE && Number % BudgetInterval == 0 && BudgetMB > 0)
 			{
-				PruneTo(BudgetMB);
+				CVXCheckpointBudget::PruneTo(TasksDir, BudgetMB);
 			}
 		});
+	// Also without news, to see whether it has failed.
+	LookAgain(Task, Pending, MinSaveIntervalSeconds * (1 << Pending.Failures));
+}
+
+void FCVXCheckpointManager::LookAgain(const FCVXTask& Task, FPendingSave& Pending, double Seconds)
+{
+	const double Time = FPlatformTime::Seconds() + Seconds;
+	if (Pending.Ticker.IsValid() && Pending.TickerTime <= Time)
+	{
+		return;
+	}
+	FTSTicker::RemoveTicker(Pending.Ticker);
+	Pending.TickerTime = Time;
+	Pending.Ticker = FTSTicker::GetCoreTicker().AddTicker(TEXT("CVXCheckpoint"), static_cast<float>(Seconds),
+		[this, Weak = Task.AsWeak()](float)
+		{
+			if (const TSharedPtr<const FCVXTask> Kept = Weak.Pin())
+			{
+				OnLookAgain(*Kept);
+			}
+			return false;
+		});
+}
+
+void FCVXCheckpointManager::OnLookAgain(const FCVXTask& Task)
+{
+	FPendingSave* Pending = PendingSaves.Find(Task.GetTaskId());
+	if (!Pending)
+	{
+		return;
+	}
+	Pending->Ticker.Reset();
+	Settle(Task.GetTaskId(), *Pending);
+	if (Pending->bNews)
+	{
+		SaveCheckpoint(Task);
+	}
+	else if (Pending->Save)
+	{
+		LookAgain(Task, *Pending, MinLookSeconds);
+	}
+}
+
+void FCVXCheckpointManager::Forget(const FString& TaskId)
+{
+	FPendingSave* Pending = PendingSaves.Find(TaskId);
+	if (!Pending)
+	{
+		return;
+	}
+	if (Pending->Save)
+	{
+		Pending->Save->Abandon();
+	}
+	FTSTicker::RemoveTicker(Pending->Ticker);
+	PendingSaves.Remove(TaskId);
+}
+
+bool FCVXCheckpointManager::WaitForSaves()
+{
+	const bool bDone = Queue.Drain();
+	UE_CLOG(!bDone, LogCVXCheckpoint, Warning, TEXT("Saves are still being written after %d seconds"),
+		static_cast<int32>(FCVXSaveQueue::MaxDrainMs / 1000));
+	return bDone;
 }
 
 void FCVXCheckpointManager::SaveCheckpointDirect(const FCVXTask& Task, int32 MaxCheckpoints, bool bCompress)
 {
-	Queue.Drain();
-	FSaveJob{GetCheckpointDir(Task.GetTaskId()), CVXCheckpointJson::Write(Task), MaxCheckpoints, bCompress, true}.Run();
+	FCVXCheckpointSave Save;
+	Save.Directory = GetCheckpointDir(Task.GetTaskId());
+	Save.Json = CVXCheckpointJson::Write(Task);
+	Save.MaxCheckpoints = MaxCheckpoints;
+	Save.bCompress = bCompress;
+	Save.bShutdown = true;
+	// An older text that can't be waited for mustn't come behind this one.
+	FPendingSave* Pending = PendingSaves.Find(Task.GetTaskId());
+	if (!WaitForSaves() && Pending && Pending->Save)
+	{
+		Pending->Save->Abandon();
+	}
+	if (Save.Run() != INDEX_NONE && Pending)
+	{
+		Pending->bNews = false;
+	}
 }
 
 bool FCVXCheckpointManager::RestoreCheckpoint(FCVXTask& Task, const FString& Path)
 {
-	Queue.Drain();
+	// What takes too long isn't waited for; the newest file that is there does.
+	(void)WaitForSaves();
 	FString Plain = Path;
 	Plain.RemoveFromEnd(TEXT(".gz"));
 	FString Json;
@@ -235,14 +239,20 @@ bool FCVXCheckpointManager::RestoreCheckpoint(FCVXTask& Task, const FString& Pat
 
 TArray<FString> FCVXCheckpointManager::ListCheckpoints(const FString& TaskId)
 {
-	Queue.Drain();
-	return ListFiles(GetCheckpointDir(TaskId));
+	(void)WaitForSaves();
+	return CVXCheckpointList::Find(GetCheckpointDir(TaskId));
 }
 
 void FCVXCheckpointManager::DeleteCheckpoints(const FString& TaskId)
 {
-	Queue.Drain();
+	if (!IsTaskId(TaskId))
+	{
+		return;
+	}
+	Forget(TaskId);
 	LastSaveTimes.Remove(TaskId);
+	// A save that can't be waited for finds that it is abandoned.
+	(void)WaitForSaves();
 	IFileManager::Get().DeleteDirectory(*GetCheckpointDir(TaskId), false, true);
 }
 
@@ -251,7 +261,6 @@ void FCVXCheckpointManager::EnforceDiskBudget()
 	const UCVXSettings* Settings = UCVXSettings::Get();
 	if (Settings && Settings->MaxCheckpointStorageMB > 0)
 	{
-		Queue.Drain();
-		PruneTo(Settings->MaxCheckpointStorageMB);
+		CVXCheckpointBudget::PruneTo(GetTasksDir(), Settings->MaxCheckpointStorageMB);
 	}
 }

@@ -15,27 +15,31 @@ void FCVXSaveQueue::Add(TFunction<void()> Job)
 	}
 }
 
+TArray<TFunction<void()>> FCVXSaveQueue::TakeJobs()
+{
+	const FScopeLock Guard(&Lock);
+	if (Jobs.IsEmpty())
+	{
+		bRunning = false;
+		Idle.Trigger();
+	}
+	return MoveTemp(Jobs);
+}
+
 void FCVXSaveQueue::RunAll()
 {
-	while (true)
+	for (TArray<TFunction<void()>> Taken = TakeJobs(); !Taken.IsEmpty(); Taken = TakeJobs())
 	{
-		TFunction<void()> Job;
+		for (TFunction<void()>& Job : Taken)
 		{
-			const FScopeLock Guard(&Lock);
-			if (Jobs.IsEmpty())
-			{
-				bRunning = false;
-				Idle.Trigger();
-				return;
-			}
-			Job = MoveTemp(Jobs[0]);
-			Jobs.RemoveAt(0);
+			Job();
+			// What the job holds, such as a whole conversation, goes with it and not with the last of them.
+			Job = nullptr;
 		}
-		Job();
 	}
 }
 
-bool FCVXSaveQueue::Drain()
+bool FCVXSaveQueue::Drain(uint32 LimitMs)
 {
-	return Idle.Wait(MaxDrainMs);
+	return Idle.Wait(LimitMs);
 }

@@ -9,7 +9,7 @@
 class FCVXSaveQueue
 {
 public:
-	/** The longest that `Drain` waits, in milliseconds by the system's clock. */
+	/** The longest that `Drain` waits unless told otherwise, in milliseconds by the system's clock. */
 	static constexpr uint32 MaxDrainMs = 30000;
 
 	FCVXSaveQueue() { Idle.Trigger(); }
@@ -17,10 +17,12 @@ public:
 	void Add(TFunction<void()> Job);
 
 	/** Waits until all jobs given so far are done. @return false when the limit passed first. */
-	bool Drain();
+	[[nodiscard]] bool Drain(uint32 LimitMs = MaxDrainMs);
 
 private:
 	void RunAll();
+	/** Takes all jobs that wait. @return none when the queue has come to rest. */
+	TArray<TFunction<void()>> TakeJobs();
 
 	FCriticalSection Lock;
 	TArray<TFunction<void()>> Jobs;

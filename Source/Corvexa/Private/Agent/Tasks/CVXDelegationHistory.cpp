@@ -127,6 +127,18 @@ const FCVXDelegationRecord* FCVXDelegationHistory::FindDuplicate(
 	return nullptr;
 }
 
+FString FCVXDelegationHistory::ToText(const FString& LoopId) const
+{
+	TArray<TSharedPtr<FJsonValue>> Values;
+	for (const FCVXDelegationRecord& Record : GetRecords(LoopId))
+	{
+		Values.Add(ToJson(Record));
+	}
+	FString Json;
+	return !Values.IsEmpty() && FJsonSerializer::Serialize(Values, TJsonWriterFactory<>::Create(&Json)) ? Json
+																										: FString();
+}
+
 bool FCVXDelegationHistory::Save(const FString& LoopId, const FString& FilePath) const
 {
 	const TArray<FCVXDelegationRecord>& Records = GetRecords(LoopId);
@@ -134,13 +146,8 @@ bool FCVXDelegationHistory::Save(const FString& LoopId, const FString& FilePath)
 	{
 		return false;
 	}
-	TArray<TSharedPtr<FJsonValue>> Values;
-	for (const FCVXDelegationRecord& Record : Records)
-	{
-		Values.Add(ToJson(Record));
-	}
-	FString Json;
-	if (!FJsonSerializer::Serialize(Values, TJsonWriterFactory<>::Create(&Json)) ||
+	const FString Json = ToText(LoopId);
+	if (Json.IsEmpty() ||
 		!FFileHelper::SaveStringToFile(Json, *FilePath, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM))
 	{
 		UE_LOG(LogCVXAgentLoop, Warning, TEXT("Failed to save delegation history to %s"), *FilePath);

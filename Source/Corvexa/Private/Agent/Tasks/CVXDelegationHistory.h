@@ -38,6 +38,8 @@ public:
 	const FCVXDelegationRecord* FindDuplicate(
 		const FString& LoopId, const FString& AgentProfile, const FString& Task, float& OutOverlap) const;
 
+	/** The loop's records as a file has them; empty without any. */
+	FString ToText(const FString& LoopId) const;
 	/** @return false without records or when the file can't be written, which is logged. */
 	bool Save(const FString& LoopId, const FString& FilePath) const;
 	/** Replaces the loop's records by the file's. @return false when it can't be read, which is logged. */

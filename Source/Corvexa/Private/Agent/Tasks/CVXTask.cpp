@@ -9,3 +9,16 @@ FCVXTask::FCVXTask(const FString& InTaskId, const FString& InTitle, TUniquePtr<I
 	, AgentLoop(MakeShared<FCVXAgentLoop>(MoveTemp(InProvider), Profile))
 {
 }
+
+FCVXTask::FMark FCVXTask::GetMark() const
+{
+	const TArray<FCVXMessage>& History = AgentLoop->GetContextManager().GetHistory();
+	return {History.Num(), History.IsEmpty() ? FString() : History.Last().MessageId, TodoList.ToJson()};
+}
+
+bool FCVXTask::HasNews() const
+{
+	const FMark Now = GetMark();
+	return Now.MessageCount != Restored.MessageCount || Now.LastMessageId != Restored.LastMessageId ||
+		!Now.Todo.Equals(Restored.Todo);
+}

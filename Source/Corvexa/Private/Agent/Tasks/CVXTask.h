@@ -30,21 +30,30 @@ public:
 	FDateTime GetCreatedAt() const { return CreatedAt; }
 	void SetCreatedAt(FDateTime Time) { CreatedAt = Time; }
 	/** Notes that what is stored of the task is what it holds now. */
-	void NoteRestored() { RestoredMessageCount = AgentLoop->GetContextManager().GetHistory().Num(); }
-	/** Whether it has spoken since it was restored. */
-	bool HasNews() const { return AgentLoop->GetContextManager().GetHistory().Num() != RestoredMessageCount; }
+	void NoteRestored() { Restored = GetMark(); }
+	/** Whether it holds anything else than when it was restored. */
+	bool HasNews() const;
 	FCVXTodoList& GetTodoList() { return TodoList; }
 	const FCVXTodoList& GetTodoList() const { return TodoList; }
 	FCVXAgentLoop* GetAgentLoop() const { return AgentLoop.Get(); }
 	TSharedPtr<FCVXAgentLoop> GetAgentLoopShared() const { return AgentLoop; }
 
 private:
+	/** What tells one stage of a conversation from another. */
+	struct FMark
+	{
+		int32 MessageCount = 0;
+		FString LastMessageId;
+		FString Todo;
+	};
+	FMark GetMark() const;
+
 	FCVXTodoList TodoList;
 	FString TaskId;
 	FString Title;
 	FString AgentProfileName;
 	FDateTime CreatedAt;
 	FString CompletionMessage;
-	int32 RestoredMessageCount = 0;
+	FMark Restored;
 	TSharedPtr<FCVXAgentLoop> AgentLoop;
 };

@@ -124,6 +124,10 @@ TSharedPtr<FCVXTask> FCVXTaskManager::ForkTask(const FString& TaskId, int32 Mess
 	BindTask(Task);
 	Tasks.Add(Task);
 	OnTaskCreated.Broadcast(Task);
+	if (Count > 0)
+	{
+		FCVXCheckpointManager::Get().SaveCheckpoint(*Task);
+	}
 	UE_LOG(LogCVXTaskManager, Log, TEXT("Forked task '%s' from '%s' with %d messages"), *Task->GetTaskId(), *TaskId,
 		Count);
 	return Task;

@@ -68,6 +68,30 @@ bool RestoreNewest(FCVXTask& Task, const TArray<FString>& Checkpoints)
 	return false;
 }
 
+/** A stored parent may be anything, but every task must be found below one that has none. */
+void EndParentLoops(const TArray<TSharedPtr<FCVXTask>>& Tasks)
+{
+	constexpr int32 MaxDepth = 64;
+	TMap<FString, FCVXTask*> TasksById;
+	for (const TSharedPtr<FCVXTask>& Task : Tasks)
+	{
+		TasksById.Add(Task->GetTaskId(), Task.Get());
+	}
+	for (const TSharedPtr<FCVXTask>& Task : Tasks)
+	{
+		int32 Depth = 0;
+		FCVXTask** Each = TasksById.Find(Task->ParentTaskId);
+		for (; Each && Depth <= MaxDepth; ++Depth)
+		{
+			Each = TasksById.Find((*Each)->ParentTaskId);
+		}
+		if (Depth > MaxDepth)
+		{
+			Task->ParentTaskId.Empty();
+		}
+	}
+}
+
 FString GetDelegationsPath(const FString& TaskId)
 {
 	return FPaths::Combine(FCVXCheckpointManager::GetCheckpointDir(TaskId), TEXT("delegations.json"));
@@ -93,6 +117,7 @@ bool FCVXTaskManager::RestoreTask(const FString& TaskId, const TArray<FString>& 
 	{
 		Loop.SetAgentProfile(*Own);
 	}
+	Task->NestingDepth = FMath::Max(0, Task->NestingDepth);
 	Loop.SubAgentDepth = Task->NestingDepth;
 	Task->NoteRestored();
 	BindTask(Task);
@@ -122,7 +147,9 @@ void FCVXTaskManager::RestoreSessions()
 	int32 Failed = 0;
 	for (const FString& TaskId : Directories)
 	{
-		const TArray<FString> Checkpoints = FCVXCheckpointManager::Get().ListCheckpoints(TaskId);
+		const TArray<FString> Checkpoints = FCVXCheckpointManager::IsTaskId(TaskId)
+			? FCVXCheckpointManager::Get().ListCheckpoints(TaskId)
+			: TArray<FString>();
 		if (Checkpoints.IsEmpty())
 		{
 			++Empty;
@@ -138,6 +165,7 @@ void FCVXTaskManager::RestoreSessions()
 			TEXT("RestoreSessions: skipped %d (no checkpoint), %d (restore failed) of %d directories"), Empty, Failed,
 			Directories.Num());
 	}
+	EndParentLoops(Tasks);
 	const int32 Restored = Directories.Num() - Empty - Failed;
 	if (Restored > 0)
 	{
@@ -165,7 +193,7 @@ void FCVXTaskManager::SaveAllCheckpoints()
 	for (const TSharedPtr<FCVXTask>& Task : Tasks)
 	{
 		const FCVXAgentLoop* Loop = Task->GetAgentLoop();
-		// What was only restored may meanwhile have gone on in another program.
+		// What was only restored may meanwhile have gone on in another program, and its delegations with it.
 		if (Loop && !Loop->GetContextManager().GetHistory().IsEmpty() && Task->HasNews())
 		{
 			FCVXCheckpointManager::Get().SaveCheckpointDirect(*Task, MaxCheckpoints, bCompress);
