@@ -82,6 +82,11 @@ bool FAtomicFile::Open(const TCHAR* Path, bool bEvenIfReadOnly, bool bInMayRepla
 		errno = EACCES;
 		return false;
 	}
+	if (*Path == 0)
+	{
+		errno = ENOENT;
+		return false;
+	}
 	Target = ResolveLink(Path);
 	return OpenNew() && (!bExists || TakeOwnerAndMode(Descriptor.Get(), Old));
 }

@@ -138,7 +138,11 @@ void LoadProperty(UObject* Object, const FProperty* Property, const FConfigPlace
 			const FConfigKey Key{Place.Config, Place.Files[File], Place.Section, KeyOf(Property, Index)};
 			KnownValues().Remove(Key.GetPlace());
 			KnownLines().Remove(Key.GetPlace());
-			if (!bLoaded && !Key.FindLines().IsEmpty())
+			if (Key.FindLines().IsEmpty())
+			{
+				KnownLines().Add(Key.GetPlace(), {});
+			}
+			else if (!bLoaded)
 			{
 				LoadValue(Object, Property, Index, Key);
 				bLoaded = true;

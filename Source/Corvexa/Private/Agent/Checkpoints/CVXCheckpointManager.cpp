@@ -80,6 +80,10 @@ void FCVXCheckpointManager::Settle(const FString& TaskId, FPendingSave& Pending)
 	const bool bSaved = Outcome == EOutcome::Saved;
 	Pending.Failures = bSaved ? 0 : FMath::Min(Pending.Failures + 1, MaxDoublings);
 	Pending.bNews |= !bSaved;
+	if (!Pending.Save->Delegations.IsEmpty())
+	{
+		Pending.Delegations = MoveTemp(Pending.Save->Delegations);
+	}
 	Pending.Save.Reset();
 	if (bSaved)
 	{
@@ -104,7 +108,8 @@ void FCVXCheckpointManager::StartSave(const FCVXTask& Task, FPendingSave& Pendin
 	const TSharedRef<FCVXCheckpointSave> Save = MakeShared<FCVXCheckpointSave>();
 	Save->Directory = GetCheckpointDir(Task.GetTaskId());
 	Save->Json = CVXCheckpointJson::Write(Task);
-	Save->Delegations = FCVXDelegationHistory::Get().ToText(Task.GetAgentLoop()->GetLoopId());
+	const FString Delegations = FCVXDelegationHistory::Get().ToText(Task.GetAgentLoop()->GetLoopId());
+	Save->Delegations = Delegations.Equals(Pending.Delegations) ? FString() : Delegations;
 	Save->MaxCheckpoints = Settings->MaxCheckpointsPerTask;
 	Save->bCompress = Settings->bCompressCheckpoints;
 	Pending.Save = Save;

@@ -59,6 +59,8 @@ private:
 		TSharedPtr<FCVXCheckpointSave> Save;
 		/** When its text was made, in `FPlatformTime::Seconds`. */
 		double StartTime = 0.0;
+		/** The text of the delegations that is on disk, as far as known. */
+		FString Delegations;
 		/** Whether the task has said something that isn't in a save yet. */
 		bool bNews = false;
 		/** Failed saves since the last one that succeeded. */

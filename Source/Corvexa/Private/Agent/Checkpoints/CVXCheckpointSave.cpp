@@ -43,7 +43,10 @@ int32 FCVXCheckpointSave::Run()
 	{
 		FString Path;
 		// First: what was delegated mustn't be unknown to a conversation that has its result.
-		SaveDelegations();
+		if (!SaveDelegations())
+		{
+			Delegations.Empty();
+		}
 		Number = Write(Path);
 		Report(Path, Number != INDEX_NONE);
 	}
@@ -85,14 +88,13 @@ int32 FCVXCheckpointSave::Write(FString& OutPath)
 	return INDEX_NONE;
 }
 
-void FCVXCheckpointSave::SaveDelegations() const
+bool FCVXCheckpointSave::SaveDelegations() const
 {
 	const FString Path = FPaths::Combine(Directory, TEXT("delegations.json"));
-	if (!Delegations.IsEmpty() &&
-		!FFileHelper::SaveStringToFile(Delegations, *Path, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM))
-	{
-		UE_LOG(LogCVXCheckpoint, Warning, TEXT("Failed to save delegation history to %s"), *Path);
-	}
+	const bool bSaved = Delegations.IsEmpty() ||
+		FFileHelper::SaveStringToFile(Delegations, *Path, FFileHelper::EEncodingOptions::ForceUTF8WithoutBOM);
+	UE_CLOG(!bSaved, LogCVXCheckpoint, Warning, TEXT("Failed to save delegation history to %s"), *Path);
+	return bSaved;
 }
 
 void FCVXCheckpointSave::Prune() const

@@ -20,7 +20,7 @@ public:
 	/** The task's directory; made by the first file in it. */
 	FString Directory;
 	FString Json;
-	/** The text of "delegations.json"; empty when that file stays as it is. */
+	/** The text of "delegations.json"; empty when that file stays as it is, and when it couldn't be written. */
 	FString Delegations;
 	/** Older files than so many go once the new one is there. */
 	int32 MaxCheckpoints = 0;
@@ -40,7 +40,7 @@ public:
 
 private:
 	int32 Write(FString& OutPath);
-	void SaveDelegations() const;
+	bool SaveDelegations() const;
 	void Prune() const;
 	void Report(const FString& Path, bool bSaved) const;
 
