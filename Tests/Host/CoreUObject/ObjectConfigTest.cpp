@@ -147,4 +147,46 @@ TEST(ObjectConfig, ASaveLeavesAloneWhatAnotherProgramHasChangedSince)
 	}
 	EXPECT_NE(Project.Read("Config/DefaultGame.ini").find("Count=5"), std::string::npos);
 }
+TEST(ObjectConfig, AListKeepsWhatAnotherProgramHasAddedToItAndLosesWhatItTookAway)
+{
+	FConfigProject Project;
+	UTestSettings* Settings = GetMutableDefault<UTestSettings>();
+	const FString File = Settings->GetDefaultConfigFilename();
+	const auto Save = [&](const TArray<FString>& Names)
+	{
+		Settings->Names = Names;
+		Settings->SaveConfig(CPF_Config, *File);
+	};
+	const auto SaveElsewhere = [&](const TArray<FString>& Names)
+	{
+		FConfigCacheIni Other;
+		Other.SetArray(*Section, TEXT("Names"), Names, File);
+		EXPECT_TRUE(Other.Flush(false));
+	};
+	const auto Stored = [&]
+	{
+		FConfigCacheIni Fresh;
+		TArray<FString> Names;
+		Fresh.GetArray(*Section, TEXT("Names"), Names, File);
+		return Names;
+	};
+	using FNames = TArray<FString>;
+	// At first neither has any.
+	Settings->SaveConfig(CPF_Config, *File);
+	SaveElsewhere({TEXT("theirs")});
+	++Settings->Count;
+	Settings->SaveConfig(CPF_Config, *File);
+	Save({TEXT("a"), TEXT("b"), TEXT("c")});
+	EXPECT_EQ(Stored(), (FNames{TEXT("theirs"), TEXT("a"), TEXT("b"), TEXT("c")}));
+	// One changes and the other takes away.
+	SaveElsewhere({TEXT("theirs"), TEXT("b"), TEXT("c"), TEXT("more")});
+	Save({TEXT("a"), TEXT("B!"), TEXT("c")});
+	EXPECT_EQ(Stored(), (FNames{TEXT("theirs"), TEXT("B!"), TEXT("c"), TEXT("more")}));
+	Save({TEXT("c"), TEXT("d")});
+	EXPECT_EQ(Stored(), (FNames{TEXT("theirs"), TEXT("c"), TEXT("more"), TEXT("d")}));
+	Save({});
+	EXPECT_EQ(Stored(), (FNames{TEXT("theirs"), TEXT("more")}));
+	Project.Restart();
+	EXPECT_EQ(GetDefault<UTestSettings>()->Names, (FNames{TEXT("theirs"), TEXT("more")}));
+}
 } // namespace

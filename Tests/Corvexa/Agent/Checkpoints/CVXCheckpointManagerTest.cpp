@@ -1,6 +1,7 @@
 #include "Agent/Checkpoints/CVXCheckpointManager.h"
 
 #include "Agent/Checkpoints/CVXCheckpointFile.h"
+#include "Agent/Tasks/CVXDelegationHistory.h"
 #include "Agent/Tasks/CVXTaskManager.h"
 #include "Core/CVXSettings.h"
 #include "HAL/FileManager.h"
@@ -227,5 +228,175 @@ TEST_F(CVXCheckpointManagerTest, TheNextStartBringsTheNewestReadableConversation
 	EXPECT_EQ(List().Num(), 4);
 	Manager.RemoveTask(Task->GetTaskId());
 	EXPECT_FALSE(IFileManager::Get().DirectoryExists(*FPaths::GetPath(PathOf(TEXT("x")))));
+}
+TEST_F(CVXCheckpointManagerTest, WhatIsSaidTooSoonAfterASaveIsSavedOnceTheIntervalIsOver)
+{
+	FTestClock Clock;
+	FCVXCheckpointManager& Manager = FCVXCheckpointManager::Get();
+	const auto Say = [&](const TCHAR* Text)
+	{
+		Context().AddMessage(FCVXMessage::MakeUserText(Text));
+		Manager.SaveCheckpoint(*Task);
+	};
+	const auto Wait = [&](double Seconds)
+	{
+		Clock.Advance(Seconds);
+		Pump.Tick();
+	};
+	Say(TEXT("one"));
+	ASSERT_EQ(List().Num(), 1);
+	Wait(1.0);
+	Say(TEXT("two"));
+	Say(TEXT("three"));
+	Wait(1.9);
+	EXPECT_EQ(List().Num(), 1);
+	Wait(0.2);
+	ASSERT_EQ(List().Num(), 2);
+	const TSharedPtr<FCVXTask> Back = MakeTask(Task->GetTaskId());
+	ASSERT_TRUE(Manager.RestoreCheckpoint(*Back, List().Last()));
+	EXPECT_EQ(Back->GetAgentLoop()->GetContextManager().GetHistory().Last().GetFirstTextContent(), TEXT("three"));
+	for (int32 Turn = 0; Turn < 10; ++Turn)
+	{
+		Wait(1.0);
+	}
+	EXPECT_EQ(List().Num(), 2) << "nothing new was said";
+
+	Say(TEXT("four"));
+	ASSERT_EQ(List().Num(), 3);
+	Say(TEXT("five"));
+	Manager.DeleteCheckpoints(Task->GetTaskId());
+	Wait(4.0);
+	EXPECT_TRUE(List().IsEmpty()) << "what was deleted doesn't come back";
+	Say(TEXT("six"));
+	Say(TEXT("seven"));
+	Task.Reset();
+	Wait(4.0);
+	EXPECT_EQ(Manager.ListCheckpoints(Back->GetTaskId()).Num(), 1) << "the task is gone";
+}
+
+TEST_F(CVXCheckpointManagerTest, AFailedSaveIsTriedAgainWithTheNextMessageAndByItself)
+{
+	FTestClock Clock;
+	FCVXCheckpointManager& Manager = FCVXCheckpointManager::Get();
+	AddMessages();
+	const auto TryInVain = [&](TFunctionRef<void()> Try)
+	{
+		const FFaultPlan Plan(EHostFault::File, 1, FFaultPlan::EHow::FromThereOn, ENOSPC);
+		Try();
+		EXPECT_TRUE(List().IsEmpty());
+		EXPECT_GT(Plan.Failures(), 0);
+	};
+	TryInVain([&] { Manager.SaveCheckpoint(*Task); });
+	Manager.SaveCheckpoint(*Task);
+	EXPECT_EQ(List().Num(), 1) << "a failed save isn't one";
+
+	Manager.DeleteCheckpoints(Task->GetTaskId());
+	TryInVain([&] { Manager.SaveCheckpoint(*Task); });
+	const auto TickAfter = [&](double Seconds)
+	{
+		Clock.Advance(Seconds);
+		Pump.Tick();
+	};
+	TryInVain([&] { TickAfter(3.1); });
+	TickAfter(3.1);
+	EXPECT_TRUE(List().IsEmpty()) << "the interval has doubled";
+	TickAfter(3.1);
+	EXPECT_EQ(List().Num(), 1);
+}
+
+TEST_F(CVXCheckpointManagerTest, NumbersGoOnWhateverElseLiesThere)
+{
+	AddMessages();
+	for (const TCHAR* Name :
+		{TEXT("checkpoint_0007.json"), TEXT("checkpoint_0007.json.gz"), TEXT("checkpoint_9998.json"),
+			TEXT("checkpoint_.json"), TEXT("other_20000.json"), TEXT("checkpoint_9998.json.corrupted")})
+	{
+		FFileHelper::SaveStringToFile(TEXT("x"), *PathOf(Name));
+	}
+	for (int32 Index = 0; Index < 3; ++Index)
+	{
+		Save();
+	}
+	const TCHAR* Expected[] = {TEXT("checkpoint_0007.json.gz"), TEXT("checkpoint_9998.json"),
+		TEXT("checkpoint_9999.json.gz"), TEXT("checkpoint_10000.json.gz"), TEXT("checkpoint_10001.json.gz")};
+	ASSERT_EQ(List().Num(), UE_ARRAY_COUNT(Expected));
+	for (int32 Index = 0; Index < List().Num(); ++Index)
+	{
+		EXPECT_EQ(FPaths::GetCleanFilename(List()[Index]), Expected[Index]);
+	}
+	IFileManager::Get().MakeDirectory(*PathOf(TEXT("checkpoint_10002.json.gz")));
+	Save(true, 2);
+	ASSERT_EQ(List().Num(), 2);
+	EXPECT_TRUE(List().Last().EndsWith(TEXT("checkpoint_10003.json.gz"))) << "a directory has the number before";
+	EXPECT_FALSE(IFileManager::Get().FileExists(*PathOf(TEXT("checkpoint_0007.json")))) << "both forms are pruned";
+}
+
+TEST_F(CVXCheckpointManagerTest, OnlyWhatATaskCanBeCalledIsDeleted)
+{
+	AddMessages();
+	Save();
+	for (const TCHAR* Id : {TEXT(""), TEXT("."), TEXT(".."), TEXT("../Tasks"), TEXT("..\\Tasks"), TEXT("missing")})
+	{
+		FCVXCheckpointManager::Get().DeleteCheckpoints(Id);
+	}
+	EXPECT_EQ(List().Num(), 1);
+}
+
+TEST_F(CVXCheckpointManagerTest, AForkIsOnDiskBeforeItSpeaks)
+{
+	FCVXTaskManager& Manager = FCVXTaskManager::Get();
+	const TSharedPtr<FCVXTask> Source = Manager.CreateNewTask(TEXT("Source"));
+	ASSERT_TRUE(Source);
+	for (const TCHAR* Text : {TEXT("one"), TEXT("two"), TEXT("three")})
+	{
+		Source->GetAgentLoop()->GetContextManager().AddMessage(FCVXMessage::MakeUserText(Text));
+	}
+	const TSharedPtr<FCVXTask> Fork = Manager.ForkTask(Source->GetTaskId(), 2);
+	const TArray<FString> Files = FCVXCheckpointManager::Get().ListCheckpoints(Fork->GetTaskId());
+	ASSERT_EQ(Files.Num(), 1);
+	ASSERT_TRUE(FCVXCheckpointManager::Get().RestoreCheckpoint(*Task, Files[0]));
+	EXPECT_EQ(Context().GetHistory().Num(), 2);
+	const TSharedPtr<FCVXTask> Empty = Manager.ForkTask(Source->GetTaskId(), 0);
+	EXPECT_TRUE(FCVXCheckpointManager::Get().ListCheckpoints(Empty->GetTaskId()).IsEmpty());
+}
+
+TEST_F(CVXCheckpointManagerTest, TheEndSavesATaskWithItsDelegationsOnlyIfItHasNews)
+{
+	AddMessages();
+	Save();
+	const FString Delegations = PathOf(TEXT("delegations.json"));
+	const auto Write = [&](const TCHAR* Result)
+	{
+		FCVXDelegationHistory::Get().Add(TEXT("another program"), TEXT("Coder"), TEXT("Hinge"), Result, false, false);
+		EXPECT_TRUE(FCVXDelegationHistory::Get().Save(TEXT("another program"), Delegations));
+	};
+	const auto CountStored = [&]
+	{
+		EXPECT_TRUE(FCVXDelegationHistory::Get().Load(TEXT("probe"), Delegations));
+		return FCVXDelegationHistory::Get().GetRecords(TEXT("probe")).Num();
+	};
+	Write(TEXT("one"));
+	FCVXTaskManager& Manager = FCVXTaskManager::Get();
+	Manager.RestoreSessions();
+	Write(TEXT("two"));
+	Manager.SaveAllCheckpoints();
+	EXPECT_EQ(List().Num(), 1);
+	EXPECT_EQ(CountStored(), 2) << "what another program has added since stays";
+	const TSharedPtr<FCVXTask> Back = Manager.FindTask(Task->GetTaskId());
+	Back->GetTodoList().UpdateFromJson(TEXT("[{\"id\":\"1\",\"content\":\"Hinge\",\"status\":\"pending\"}]"));
+	Manager.SaveAllCheckpoints();
+	EXPECT_EQ(List().Num(), 2) << "a changed plan is news";
+	EXPECT_EQ(CountStored(), 1);
+	Manager.ReleaseTasks();
+	Manager.RestoreSessions();
+	FCVXContextManager& Restored = Manager.FindTask(Task->GetTaskId())->GetAgentLoop()->GetContextManager();
+	Manager.FindTask(Task->GetTaskId())->GetAgentLoop()->ClearHistory();
+	for (const TCHAR* Text : {TEXT("a"), TEXT("b"), TEXT("c")})
+	{
+		Restored.AddMessage(FCVXMessage::MakeUserText(Text));
+	}
+	Manager.SaveAllCheckpoints();
+	EXPECT_EQ(List().Num(), 3) << "as many messages as before, but others";
+	Manager.ReleaseTasks();
 }
 } // namespace

@@ -7,9 +7,12 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <filesystem>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace
 {
@@ -187,6 +190,44 @@ TEST(FileHelper, SavingKeepsTheModeAndTheLinkToTheFile)
 		FILEWRITE_NoReplaceExisting | FILEWRITE_EvenIfReadOnly));
 }
 
+TEST(FileHelper, OfSeveralSavesUnderAFreeNameOneSucceedsAndNoneReplaces)
+{
+	FTempProject Project;
+	constexpr int32 Writers = 4;
+	for (int32 Round = 0; Round < 20; ++Round)
+	{
+		const FString Path = Project.Path("Saved/claim" + std::to_string(Round));
+		std::atomic<int32> Saved = 0;
+		std::atomic<int32> Winner = INDEX_NONE;
+		std::vector<std::thread> Threads;
+		for (int32 Writer = 0; Writer < Writers; ++Writer)
+		{
+			Threads.emplace_back(
+				[&, Writer]
+				{
+					const FString Text = FString::FromInt(Writer);
+					if (FFileHelper::SaveStringToFile(Text, *Path, EEncoding::AutoDetect, &IFileManager::Get(),
+							FILEWRITE_NoReplaceExisting | FILEWRITE_Silent))
+					{
+						++Saved;
+						Winner = Writer;
+					}
+				});
+		}
+		for (std::thread& Thread : Threads)
+		{
+			Thread.join();
+		}
+		EXPECT_EQ(Saved, 1);
+		EXPECT_EQ(Project.Read("Saved/claim" + std::to_string(Round)), std::to_string(Winner));
+	}
+	EXPECT_EQ(NamesIn(Project.Path("Saved")).Num(), 20);
+	ASSERT_EQ(::symlink("nowhere", TCHAR_TO_UTF8(*Project.Path("Saved/link"))), 0);
+	EXPECT_FALSE(FFileHelper::SaveArrayToFile(
+		BytesOf("x"), *Project.Path("Saved/link"), &IFileManager::Get(), FILEWRITE_NoReplaceExisting));
+	EXPECT_FALSE(Project.Exists("Saved/nowhere"));
+}
+
 TEST(FileHelper, RefusesWhatIsNoFileInsteadOfHanging)
 {
 	FTempProject Project;
@@ -217,6 +258,7 @@ TEST(FileHelper, BelievesNoClaimAboutAFilesSize)
 	TArray<uint8> Bytes;
 	EXPECT_FALSE(FFileHelper::LoadFileToArray(Bytes, *Huge));
 	EXPECT_EQ(Bytes.GetAllocatedSize(), 0u);
+	EXPECT_FALSE(FFileHelper::LoadFileToArray(Bytes, TEXT("/dev/zero"))) << "it has no end";
 	FString Status;
 	EXPECT_TRUE(FFileHelper::LoadFileToString(Status, TEXT("/proc/self/status"))) << "a file that claims no size";
 	EXPECT_TRUE(Status.Contains(TEXT("VmRSS")));
