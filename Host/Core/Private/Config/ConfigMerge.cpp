@@ -51,7 +51,7 @@ TArray<FString> MergeArray(const TArray<FString>& Base, const TArray<FString>& M
 		{
 			continue;
 		}
-		if (Index < Mine.Num() && !Known[Index])
+		if (Mine.Num() >= Base.Num() && !Known[Index])
 		{
 			Result[Place] = Mine[Index];
 			Known[Index] = true;
