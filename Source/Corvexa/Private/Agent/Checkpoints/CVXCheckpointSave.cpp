@@ -55,6 +55,8 @@ int32 FCVXCheckpointSave::Run()
 	{
 		Prune();
 	}
+	// Whoever waits for the outcome needn't keep a whole conversation.
+	Json.Empty();
 	Outcome = Number != INDEX_NONE ? EOutcome::Saved : EOutcome::Failed;
 	return Number;
 }

@@ -19,6 +19,7 @@ public:
 
 	/** The task's directory; made by the first file in it. */
 	FString Directory;
+	/** The text of the conversation; let go of by `Run`. */
 	FString Json;
 	/** The text of "delegations.json"; empty when that file stays as it is, and when it couldn't be written. */
 	FString Delegations;
