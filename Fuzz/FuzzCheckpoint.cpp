@@ -45,9 +45,10 @@ void CheckRoundTrip(const FString& Json)
 	FCVXTask Second(TEXT("a"), TEXT("Task"), nullptr, Profile);
 	int32 Count = 0;
 	int32 Again = 0;
-	if (CVXCheckpointJson::Read(Json, TEXT("fuzz"), First, Count))
+	if (CVXCheckpointJson::Read(Json, TEXT("fuzz"), First, Count) == CVXCheckpointJson::EReadResult::Done)
 	{
-		check(CVXCheckpointJson::Read(CVXCheckpointJson::Write(First), TEXT("fuzz"), Second, Again));
+		check(CVXCheckpointJson::Read(CVXCheckpointJson::Write(First), TEXT("fuzz"), Second, Again) ==
+			CVXCheckpointJson::EReadResult::Done);
 		check(Count == Again && First.GetTodoList().ToJson().Equals(Second.GetTodoList().ToJson()));
 	}
 }

@@ -225,6 +225,21 @@ bool Accept(FStoredMessage& Stored, int32 Index, const FString& Path)
 	return ValidateMessage(Stored.Message, Index, Path);
 }
 
+/** Gives up the room to grow that reading has made: what comes back mostly stays as it is for the whole run. */
+void Trim(FCVXMessage& Message)
+{
+	Message.Content.Shrink();
+	Message.ReasoningContent.Shrink();
+	for (FCVXContentBlock& Block : Message.Content)
+	{
+		for (const FBlockText& Text : BlockTexts)
+		{
+			(Block.*Text.Field).Shrink();
+		}
+		Block.ImageBase64.Shrink();
+	}
+}
+
 int32 RestoreMessages(TArray<FStoredMessage>& Messages, const FString& Path, FCVXContextManager& Context)
 {
 	int32 Restored = 0;
@@ -232,6 +247,7 @@ int32 RestoreMessages(TArray<FStoredMessage>& Messages, const FString& Path, FCV
 	{
 		if (Accept(Messages[Index], Index, Path))
 		{
+			Trim(Messages[Index].Message);
 			Context.AddMessage(MoveTemp(Messages[Index].Message));
 			++Restored;
 		}
