@@ -22,7 +22,16 @@ namespace
 class CVXCheckpointManagerTest : public testing::Test
 {
 protected:
-	CVXCheckpointManagerTest() { Task = MakeTask(TEXT("0123456789abcdef0123456789abcdef")); }
+	CVXCheckpointManagerTest()
+	{
+		FCVXTaskManager::Get().ReleaseTasks();
+		Task = MakeTask(TaskId);
+	}
+	~CVXCheckpointManagerTest() override
+	{
+		FCVXTaskManager::Get().ReleaseTasks();
+		FCVXCheckpointManager::Get().DeleteCheckpoints(TaskId);
+	}
 
 	static TSharedPtr<FCVXTask> MakeTask(const FString& Id)
 	{
@@ -73,6 +82,7 @@ protected:
 		return FPaths::Combine(FCVXCheckpointManager::GetCheckpointDir(Task->GetTaskId()), Name);
 	}
 
+	const FString TaskId = TEXT("0123456789abcdef0123456789abcdef");
 	FTempProject Project;
 	FLoopPump Pump;
 	TSharedPtr<FCVXTask> Task;

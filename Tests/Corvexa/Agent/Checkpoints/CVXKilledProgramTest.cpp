@@ -67,13 +67,15 @@ public:
 		: Tell(InTell)
 		, Random(Seed)
 	{
+		FCVXTaskManager::Get().ReleaseTasks();
 		FCVXTaskManager::Get().RestoreSessions();
 		for (const EKept Kept : TaskKinds)
 		{
 			const TSharedPtr<FCVXTask> Restored = FCVXTaskManager::Get().FindTask(IdOf(Kept));
 			Tasks[Kept] = Restored ? Restored : StoredTask::Make(IdOf(Kept));
 		}
-		Stored.MaxCheckpointsPerTask = 4;
+		// So many that the budget is what prunes them.
+		Stored.MaxCheckpointsPerTask = 40;
 		Stored.MaxCheckpointStorageMB = 1;
 	}
 
@@ -141,6 +143,7 @@ void Restore(const FForkedProgram::FTell& Tell)
 {
 	FLogCapture Log;
 	const FLoopPump Pump;
+	FCVXTaskManager::Get().ReleaseTasks();
 	FCVXTaskManager::Get().RestoreSessions();
 	FCounts Found;
 	for (const EKept Kept : TaskKinds)
@@ -174,7 +177,8 @@ int32 RunAndKill(std::mt19937& Random, FCounts& OnDisk)
 		int32& Count = OnDisk.Of[Told % KeptCount];
 		EXPECT_GE(Told / KeptCount, Count) << "it went on from an older state";
 		Count = Told / KeptCount;
-		Saves += Told % KeptCount == Settings || Told % KeptCount < DirectDelegations ? 1 : 0;
+		// These are written with the task, if there are new ones.
+		Saves += Told % KeptCount == ThrottledDelegations ? 0 : 1;
 	};
 	const int32 Enough = Random() % MaxSavesToAKill;
 	for (int32 Heard = 0; Heard < Enough; ++Heard)
