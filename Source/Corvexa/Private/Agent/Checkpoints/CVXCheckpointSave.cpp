@@ -110,11 +110,9 @@ void FCVXCheckpointSave::Prune() const
 
 void FCVXCheckpointSave::Report(const FString& Path, bool bSaved) const
 {
-	const TCHAR* Kind = bShutdown ? TEXT("shutdown ") : TEXT("");
-	if (bSaved)
-	{
-		UE_LOG(LogCVXCheckpoint, Log, TEXT("Saved %scheckpoint %s"), Kind, *Path);
-		return;
-	}
-	UE_LOG(LogCVXCheckpoint, Warning, TEXT("Failed to save %scheckpoint to %s"), Kind, *Path);
+	// Whole, so that whoever finds a line in a log finds it here.
+	UE_CLOG(bSaved && bShutdown, LogCVXCheckpoint, Log, TEXT("Saved shutdown checkpoint %s"), *Path);
+	UE_CLOG(bSaved && !bShutdown, LogCVXCheckpoint, Log, TEXT("Saved checkpoint %s"), *Path);
+	UE_CLOG(!bSaved && bShutdown, LogCVXCheckpoint, Warning, TEXT("Failed to save shutdown checkpoint to %s"), *Path);
+	UE_CLOG(!bSaved && !bShutdown, LogCVXCheckpoint, Warning, TEXT("Failed to save checkpoint to %s"), *Path);
 }

@@ -10,7 +10,7 @@
 
 FCVXAgentLoop::FCVXAgentLoop(TUniquePtr<ICVXProvider> InProvider, const FCVXAgentProfile& InAgentProfile)
 	: Provider(MoveTemp(InProvider))
-	, AgentProfile(InAgentProfile)
+	, AgentProfile(CVXSharedProfile::Share(InAgentProfile))
 	, ContextManager(Provider ? Provider->GetMaxContextTokens() : DefaultContextTokens)
 	, LoopId(FGuid::NewGuid().ToString(EGuidFormats::Digits))
 {
@@ -159,13 +159,13 @@ FCVXMessage FCVXAgentLoop::MakeOwnMessage(ECVXMessageRole Role) const
 	Message.MessageId = FGuid::NewGuid().ToString(EGuidFormats::Digits);
 	Message.Role = Role;
 	Message.Timestamp = FDateTime::UtcNow();
-	Message.AgentName = AgentProfile.ProfileName;
+	Message.AgentName = AgentProfile->ProfileName;
 	return Message;
 }
 
 FCVXGuardContext FCVXAgentLoop::MakeGuardContext()
 {
-	FCVXGuardContext Guard{Guards, ContextManager, AgentProfile, Turn.Calls, Turn.Results};
+	FCVXGuardContext Guard{Guards, ContextManager, *AgentProfile, Turn.Calls, Turn.Results};
 	// The manager keeps the task for as long as a step lasts.
 	const TSharedPtr<FCVXTask> Task = FindOwnTask();
 	Guard.TodoList = Task ? &Task->GetTodoList() : nullptr;

@@ -2,9 +2,9 @@
 
 #include "Agent/Context/CVXContextManager.h"
 #include "Agent/Guards/CVXGuardContext.h"
+#include "Agent/Loop/CVXSharedProfile.h"
 #include "Agent/Tasks/CVXDelegationHistory.h"
 #include "Containers/Ticker.h"
-#include "Core/CVXProfiles.h"
 #include "Delegates/Delegate.h"
 #include "Providers/CVXProvider.h"
 #include "Tools/CVXApprovalRequest.h"
@@ -96,16 +96,16 @@ public:
 	FCVXContextManager& GetContextManager() { return ContextManager; }
 	const FCVXContextManager& GetContextManager() const { return ContextManager; }
 	const FCVXGuardState& GetGuardState() const { return Guards; }
-	const FString& GetAgentProfileName() const { return AgentProfile.ProfileName; }
-	const FString& GetProviderProfileName() const { return AgentProfile.ProviderProfileName; }
-	void SetAgentProfile(const FCVXAgentProfile& Profile) { AgentProfile = Profile; }
+	const FString& GetAgentProfileName() const { return AgentProfile->ProfileName; }
+	const FString& GetProviderProfileName() const { return AgentProfile->ProviderProfileName; }
+	void SetAgentProfile(const FCVXAgentProfile& Profile) { AgentProfile = CVXSharedProfile::Share(Profile); }
 	/** Sums over the loop's life. */
 	int32 GetCumulativeCacheRead() const { return TotalUsage.CacheRead; }
 	int32 GetCumulativeCacheWrite() const { return TotalUsage.CacheWrite; }
 	const FCVXTokenUsage& GetTotalUsage() const { return TotalUsage; }
 	/** The provider's, for requests beside the conversation; null when there is none. */
 	ICVXProvider* GetProvider() const { return Provider.Get(); }
-	const FCVXAgentProfile& GetAgentProfile() const { return AgentProfile; }
+	const FCVXAgentProfile& GetAgentProfile() const { return *AgentProfile; }
 	/** When the failed request is tried again, in `FPlatformTime::Seconds`; 0 when none waits. */
 	double GetRetryTime() const { return RetryTime; }
 
@@ -204,7 +204,7 @@ private:
 	FCVXGuardContext MakeGuardContext();
 
 	TUniquePtr<ICVXProvider> Provider;
-	FCVXAgentProfile AgentProfile;
+	FCVXSharedProfile AgentProfile;
 	FCVXContextManager ContextManager;
 	FCVXToolExecutor ToolExecutor;
 	const FString LoopId;

@@ -89,13 +89,13 @@ void FCVXAgentLoop::BeginTurn()
 const FCVXProviderProfile* FCVXAgentLoop::RefreshFromSettings()
 {
 	const UCVXSettings* Settings = UCVXSettings::Get();
-	const FCVXAgentProfile* Stored = Settings ? Settings->FindAgentProfile(AgentProfile.ProfileName) : nullptr;
-	if (Stored && Stored->ProfileName == AgentProfile.ProfileName)
+	const FCVXAgentProfile* Stored = Settings ? Settings->FindAgentProfile(AgentProfile->ProfileName) : nullptr;
+	if (Stored && Stored->ProfileName == AgentProfile->ProfileName)
 	{
-		AgentProfile = *Stored;
+		AgentProfile = CVXSharedProfile::Share(*Stored);
 	}
 	const FCVXProviderProfile* ProviderProfile =
-		Settings ? Settings->FindProviderProfile(AgentProfile.ProviderProfileName) : nullptr;
+		Settings ? Settings->FindProviderProfile(AgentProfile->ProviderProfileName) : nullptr;
 	if (ProviderProfile)
 	{
 		RefreshProvider(*ProviderProfile);
@@ -129,7 +129,7 @@ void FCVXAgentLoop::RefreshProvider(const FCVXProviderProfile& ProviderProfile)
 FCVXProviderRequest FCVXAgentLoop::BuildRequest(const FCVXProviderProfile* ProviderProfile)
 {
 	const TSharedPtr<FCVXTask> Task = FindOwnTask();
-	FCVXPromptContext PromptContext{AgentProfile, ContextManager, LoopId, Guards.CompletedWork, InjectedKnowledgeIds};
+	FCVXPromptContext PromptContext{*AgentProfile, ContextManager, LoopId, Guards.CompletedWork, InjectedKnowledgeIds};
 	PromptContext.Settings = UCVXSettings::Get();
 	PromptContext.ProviderProfile = ProviderProfile;
 	PromptContext.TodoList = Task ? &Task->GetTodoList() : nullptr;
@@ -154,7 +154,7 @@ void FCVXAgentLoop::OfferTools(FCVXProviderRequest& Request, const FCVXProviderP
 		RemoveToolTraces(Request.Messages);
 		return;
 	}
-	Request.Tools = FCVXToolRegistry::Get().GetToolDescriptors(AgentProfile);
+	Request.Tools = FCVXToolRegistry::Get().GetToolDescriptors(*AgentProfile);
 	if (ProviderProfile && !ProviderProfile->bSupportsVision)
 	{
 		Request.Tools.RemoveAll([](const FCVXToolDescriptor& Tool) { return Tool.Name == TEXT("capture_viewport"); });

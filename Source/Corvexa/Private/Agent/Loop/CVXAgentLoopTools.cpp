@@ -52,7 +52,7 @@ void FCVXAgentLoop::ProcessPendingToolCalls()
 	TArray<FCVXToolCall> GameThreadCalls;
 	for (const FCVXToolCall& Call : Turn.Calls)
 	{
-		const bool bBackground = ToolExecutor.CanExecuteOnBackgroundThread(Call, AgentProfile);
+		const bool bBackground = ToolExecutor.CanExecuteOnBackgroundThread(Call, *AgentProfile);
 		(bBackground ? BackgroundCalls : GameThreadCalls).Add(Call);
 	}
 	StartBackgroundCalls(BackgroundCalls);
@@ -66,7 +66,7 @@ void FCVXAgentLoop::StartBackgroundCalls(const TArray<FCVXToolCall>& Calls)
 		AsyncTask(ENamedThreads::AnyBackgroundThreadNormalTask,
 			[Weak = AsWeak(), Call, Profile = AgentProfile]
 			{
-				FCVXToolExecutionResult Result = FCVXToolExecutor::ExecuteToolDirect(Call, Profile);
+				FCVXToolExecutionResult Result = FCVXToolExecutor::ExecuteToolDirect(Call, *Profile);
 				AsyncTask(ENamedThreads::GameThread,
 					[Weak, Id = Call.Id, Result = MoveTemp(Result)]
 					{
@@ -91,7 +91,7 @@ void FCVXAgentLoop::RunGameThreadCalls(const TArray<FCVXToolCall>& Calls)
 		{
 			return;
 		}
-		ToolExecutor.ExecuteToolCall(Call, AgentProfile, OnToolComplete, OnToolApprovalNeeded);
+		ToolExecutor.ExecuteToolCall(Call, *AgentProfile, OnToolComplete, OnToolApprovalNeeded);
 	}
 }
 
