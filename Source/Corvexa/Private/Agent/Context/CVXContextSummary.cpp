@@ -18,9 +18,10 @@ constexpr const TCHAR* ImportantTools[] = {TEXT("delegate_to_agent"), TEXT("ask_
 	TEXT("compile_and_check"), TEXT("execute_python"), TEXT("write_file"), TEXT("edit_file"), TEXT("apply_patch"),
 	TEXT("attempt_completion"), TEXT("compile_blueprints"), TEXT("live_coding_compile")};
 
-FString CutWithDots(const FString& Text, int32 MaxChars)
+void AppendCut(FStringView Text, int32 MaxChars, FString& Out)
 {
-	return Text.Len() > MaxChars ? Text.Left(MaxChars) + TEXT("...") : Text;
+	Out += Text.Left(MaxChars);
+	Out += Text.Len() > MaxChars ? TEXT("...") : TEXT("");
 }
 
 bool IsSpokenText(const FCVXContentBlock& Block)
@@ -29,16 +30,11 @@ bool IsSpokenText(const FCVXContentBlock& Block)
 }
 } // namespace
 
-void FCVXContextSummary::FLastLines::Add(FString Line)
+void FCVXContextSummary::FLastLines::Add(FStringView Text, int32 MaxChars)
 {
-	if (Lines.Num() < MaxLines)
-	{
-		Lines.Add(MoveTemp(Line));
-	}
-	else
-	{
-		Lines[Total % MaxLines] = MoveTemp(Line);
-	}
+	FString& Line = Lines.Num() < MaxLines ? Lines.AddDefaulted_GetRef() : Lines[Total % MaxLines];
+	Line.Reset();
+	AppendCut(Text, MaxChars, Line);
 	++Total;
 }
 
@@ -79,12 +75,12 @@ void FCVXContextSummary::Add(const FCVXMessage& Message)
 			AddCall(Block);
 			if (IsSpokenText(Block))
 			{
-				Actions.Add(CutWithDots(Block.Text, MaxActionChars));
+				Actions.Add(Block.Text, MaxActionChars);
 			}
 		}
 		else if (IsSpokenText(Block))
 		{
-			Requests.Add(CutWithDots(Block.Text, MaxRequestChars));
+			Requests.Add(Block.Text, MaxRequestChars);
 		}
 	}
 }
@@ -102,12 +98,12 @@ void FCVXContextSummary::AddCall(const FCVXContentBlock& Block)
 		return;
 	}
 	const FString Path = CVXCallArguments::GetPath(Block.InputJson);
-	FString Line = FString::Printf(TEXT("%s: %s"), *Block.ToolName, *Path);
+	const FString Line = Block.ToolName + TEXT(": ") + Path;
 	bool bKnown = false;
 	KnownFiles.Add(Line, &bKnown);
 	if (!Path.IsEmpty() && !bKnown)
 	{
-		Files.Add(MoveTemp(Line));
+		Files.Add(Line, Line.Len());
 	}
 }
 
@@ -118,10 +114,15 @@ void FCVXContextSummary::AddResult(const FCVXContentBlock& Block)
 	{
 		return;
 	}
-	const FString Text = CutWithDots(Block.ToolResultContent, MaxResultChars);
-	const bool bDelegation = Block.ToolName == TEXT("delegate_to_agent");
-	Results += bDelegation ? FString::Printf(TEXT("- %s\n"), *Text)
-						   : FString::Printf(TEXT("- [%s]: %s\n"), *Block.ToolName, *Text);
+	Results += TEXT("- ");
+	if (Block.ToolName != TEXT("delegate_to_agent"))
+	{
+		Results += TEXT("[");
+		Results += Block.ToolName;
+		Results += TEXT("]: ");
+	}
+	AppendCut(Block.ToolResultContent, MaxResultChars, Results);
+	Results += TEXT("\n");
 }
 
 FString FCVXContextSummary::FormatTools() const

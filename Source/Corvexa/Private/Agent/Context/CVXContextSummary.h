@@ -29,7 +29,8 @@ private:
 		{
 		}
 
-		void Add(FString Line);
+		/** Takes the beginning of a text. Its memory is that of the line it takes the place of. */
+		void Add(FStringView Text, int32 MaxChars);
 		/** The lines under a heading; nothing when there are none. @param EarlierNoun what a last line counts the older
 		 * ones as; null leaves it out. */
 		FString Format(const TCHAR* Heading, const TCHAR* EarlierNoun) const;
