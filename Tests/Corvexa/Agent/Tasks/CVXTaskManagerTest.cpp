@@ -103,6 +103,23 @@ TEST_F(CVXTaskManager, AForkTakesMessagesAndTheActiveAgentButNotThePlan)
 	EXPECT_FALSE(Manager.ForkTask(TEXT("ghost"), 1));
 }
 
+TEST_F(CVXTaskManager, TheFirstSaveOfATaskHoldsItsFirstMessage)
+{
+	const TSharedPtr<FCVXTask> Task = Manager.CreateNewTask(TEXT("Door"));
+	Task->GetAgentLoop()->SubmitUserMessage(TEXT("Build a door"));
+	TArray<FString> Files;
+	ASSERT_TRUE(Pump.Until(
+		[&]
+		{
+			Files = FCVXCheckpointManager::Get().ListCheckpoints(Task->GetTaskId());
+			return !Files.IsEmpty();
+		}));
+	FCVXTask Back(Task->GetTaskId(), TEXT("Back"), nullptr, FCVXAgentProfile());
+	ASSERT_TRUE(FCVXCheckpointManager::Get().RestoreCheckpoint(Back, Files[0]));
+	ASSERT_EQ(Back.GetAgentLoop()->GetContextManager().GetHistory().Num(), 1);
+	EXPECT_EQ(Back.GetAgentLoop()->GetContextManager().GetHistory()[0].GetFirstTextContent(), TEXT("Build a door"));
+}
+
 TEST_F(CVXTaskManager, ARemovedTaskTakesItsSubAgentsAndWhatIsStoredOfThemAlong)
 {
 	const TSharedPtr<FCVXTask> Other = Manager.CreateNewTask(TEXT("Other"));

@@ -1,6 +1,7 @@
 #include "Agent/Tasks/CVXTaskManager.h"
 
 #include "Agent/Checkpoints/CVXCheckpointManager.h"
+#include "Async/Async.h"
 #include "Core/CVXSettings.h"
 #include "Logging/LogMacros.h"
 #include "Misc/Guid.h"
@@ -51,6 +52,14 @@ FIngredients FindIngredients(const UCVXSettings* Settings)
 			TEXT("CVXTaskManager: Failed to create provider for profile '%s'."), *ProviderProfile->ProfileName);
 	}
 	return Found;
+}
+
+void SaveIfAlive(const TWeakPtr<FCVXTask>& Weak)
+{
+	if (const TSharedPtr<FCVXTask> Task = Weak.Pin())
+	{
+		FCVXCheckpointManager::Get().SaveCheckpoint(*Task);
+	}
 }
 
 FString MakeTaskId()
@@ -177,10 +186,14 @@ void FCVXTaskManager::BindTask(const TSharedRef<FCVXTask>& Task)
 	Task->GetAgentLoop()->OnMessageComplete.AddLambda(
 		[Weak = Task.ToWeakPtr()](const FCVXMessage& Message)
 		{
-			const TSharedPtr<FCVXTask> Speaker = Weak.Pin();
-			if (Speaker && Message.Role != ECVXMessageRole::System)
+			if (Message.Role == ECVXMessageRole::User)
 			{
-				FCVXCheckpointManager::Get().SaveCheckpoint(*Speaker);
+				// It is told of before it joins the history.
+				AsyncTask(ENamedThreads::GameThread, [Weak] { SaveIfAlive(Weak); });
+			}
+			else if (Message.Role != ECVXMessageRole::System)
+			{
+				SaveIfAlive(Weak);
 			}
 		});
 	BindSubAgentRequired(Task);
