@@ -9,6 +9,7 @@
 #include "Knowledge/CVXKnowledgeManager.h"
 #include "Knowledge/CVXMultiLangKeywords.h"
 #include "Knowledge/CVXPromptInjector.h"
+#include "MCP/CVXMCPManager.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
 #include "Tools/CVXBuiltinTools.h"
@@ -49,6 +50,7 @@ void FCorvexaModule::StartupModule()
 	FCVXApiKeysFile::EnsureTemplate();
 	CVXReservedNames::CleanUp(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
 	StartKnowledge();
+	FCVXMCPManager::Get().StartAll();
 	FCVXTaskManager::Get().RestoreSessions();
 	CVXPerformanceCommands::Register();
 	UE_LOG(LogCorvexa, Log, TEXT("Corvexa: Startup complete"));
@@ -60,6 +62,7 @@ void FCorvexaModule::ShutdownModule()
 	FCVXTaskManager::Get().SaveAllCheckpoints();
 	CVXPerformanceCommands::Unregister();
 	FCVXTaskManager::Get().ReleaseTasks();
+	FCVXMCPManager::Get().Shutdown();
 	FCVXToolRegistry::Get().Clear();
 	StopKnowledge();
 }
