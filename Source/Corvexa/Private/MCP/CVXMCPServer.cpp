@@ -39,7 +39,10 @@ bool FCVXMCPServer::Start(const FCVXMCPServerConfig& Config)
 		UE_LOG(LogCVXMCP, Error, TEXT("[%s] Command is empty"), *ServerName);
 		return false;
 	}
-	if (!Process.Launch(Config))
+	FScopeLock Guard(&RequestLock);
+	const bool bLaunched = Process.Launch(Config);
+	Guard.Unlock();
+	if (!bLaunched)
 	{
 		return false;
 	}
