@@ -12,6 +12,8 @@
 #include "MCP/CVXMCPManager.h"
 #include "Misc/Paths.h"
 #include "Modules/ModuleManager.h"
+#include "SemanticSearch/CVXAutoRAG.h"
+#include "SemanticSearch/CVXBM25Index.h"
 #include "Tools/CVXBuiltinTools.h"
 #include "Tools/CVXToolRegistry.h"
 
@@ -35,6 +37,19 @@ void StartKnowledge()
 	};
 }
 
+/** Takes up the stored index, if there is one, and lets the prompts have snippets of it. */
+void StartSearch()
+{
+	(void)FCVXBM25Index::Get().Load();
+	FCVXPromptSources::Get().CodeContext = &FCVXAutoRAG::GetCodeContext;
+}
+
+void StopSearch()
+{
+	FCVXPromptSources::Get().CodeContext = nullptr;
+	FCVXBM25Index::Get().Clear();
+}
+
 void StopKnowledge()
 {
 	FCVXPromptSources::Get().Knowledge = nullptr;
@@ -47,6 +62,7 @@ void FCorvexaModule::StartupModule()
 {
 	UE_LOG(LogCorvexa, Log, TEXT("Corvexa: Starting up"));
 	RegisterBuiltinTools();
+	StartSearch();
 	FCVXApiKeysFile::EnsureTemplate();
 	CVXReservedNames::CleanUp(FPaths::ConvertRelativePathToFull(FPaths::ProjectDir()));
 	StartKnowledge();
@@ -65,4 +81,5 @@ void FCorvexaModule::ShutdownModule()
 	FCVXMCPManager::Get().Shutdown();
 	FCVXToolRegistry::Get().Clear();
 	StopKnowledge();
+	StopSearch();
 }
