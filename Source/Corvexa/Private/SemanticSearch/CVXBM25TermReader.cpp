@@ -1,44 +1,67 @@
 #include "SemanticSearch/CVXBM25TermReader.h"
 
 #include "SemanticSearch/CVXBM25Tokenizer.h"
+#include "SemanticSearch/CVXTextCompare.h"
 
 namespace
 {
-/** Longer words are data, and don't come again. */
-constexpr int32 MaxRememberedLen = 64;
-/** What is remembered is forgotten when it has grown to this. */
-constexpr int32 MaxRememberedChars = 32 * 1024 * 1024;
+/** A power of two. */
+constexpr int32 Places = 8192;
 } // namespace
+
+FCVXBM25TermReader::FCVXBM25TermReader(FCVXTextTable& InTerms)
+	: Terms(InTerms)
+{
+	Remembered.AddDefaulted(Places);
+}
 
 void FCVXBM25TermReader::Read(FStringView Text, TArray<int32>& OutTermIds)
 {
 	CVXBM25Tokenizer::ForEachWord(Text, [&](FStringView Word) { ReadWord(Word, OutTermIds); });
 }
 
+bool FCVXBM25TermReader::FRemembered::Holds(FStringView Word) const
+{
+	return Len == Word.Len() && CVXTextCompare::IsSame(Text, Word.GetData(), Len);
+}
+
 void FCVXBM25TermReader::ReadWord(FStringView Word, TArray<int32>& OutTermIds)
 {
-	if (Word.Len() > MaxRememberedLen)
+	if (Word.Len() > FRemembered::MaxLen)
 	{
 		Split(Word, OutTermIds);
 		return;
 	}
-	if (Words.GetCharCount() > MaxRememberedChars)
+	const uint32 Hash = StringSearch::HashCaseSensitive(Word.GetData(), Word.Len());
+	FRemembered& Place = Remembered.GetData()[Hash % Places];
+	const int32 Start = OutTermIds.Num();
+	if (!Place.Holds(Word))
 	{
-		Words.Empty();
-		Spans.Empty();
-		WordTerms.Empty();
+		Split(Word, OutTermIds);
+		Place.Remember(Word, TArrayView<const int32>(OutTermIds).Mid(Start));
+		return;
 	}
-	const int32 Id = Words.FindOrAdd(Word);
-	if (Id == Spans.Num())
+	OutTermIds.AddUninitialized(Place.TermCount);
+	// So few are copied one by one more quickly than as memory.
+	for (int32 Index = 0; Index < Place.TermCount; ++Index)
 	{
-		const int32 Start = WordTerms.Num();
-		Split(Word, WordTerms);
-		Spans.Add({Start, WordTerms.Num() - Start});
+		OutTermIds.GetData()[Start + Index] = Place.TermIds[Index];
 	}
-	OutTermIds.Append(WordTerms.GetData() + Spans[Id].Start, Spans[Id].Count);
 }
 
 void FCVXBM25TermReader::Split(FStringView Word, TArray<int32>& OutTermIds)
 {
 	CVXBM25Tokenizer::ForEachToken(Word, [&](FStringView Token) { OutTermIds.Add(Terms.FindOrAdd(Token)); });
+}
+
+void FCVXBM25TermReader::FRemembered::Remember(FStringView Word, TArrayView<const int32> WordTerms)
+{
+	if (WordTerms.Num() > MaxTerms)
+	{
+		return;
+	}
+	Len = Word.Len();
+	TermCount = WordTerms.Num();
+	FMemory::Memcpy(Text, Word.GetData(), sizeof(TCHAR) * (SIZE_T)Len);
+	FMemory::Memcpy(TermIds, WordTerms.GetData(), sizeof(int32) * (SIZE_T)TermCount);
 }

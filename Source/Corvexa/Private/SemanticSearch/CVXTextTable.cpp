@@ -1,5 +1,7 @@
 #include "SemanticSearch/CVXTextTable.h"
 
+#include "SemanticSearch/CVXTextCompare.h"
+
 namespace
 {
 uint32 HashOf(FStringView Text)
@@ -24,17 +26,11 @@ int32 FCVXTextTable::FindOrAdd(FStringView Text)
 	FSlot& Slot = const_cast<FSlot&>(FindSlot(Text, Hash));
 	if (Slot.Id == INDEX_NONE)
 	{
-		Slot = {Hash, Entries.Add({Chars.Num(), Text.Len()})};
+		const FEntry Entry = {Chars.Num(), Text.Len()};
+		Slot = {Hash, Entries.Add(Entry), Entry};
 		Chars.Append(Text.GetData(), Text.Len());
 	}
 	return Slot.Id;
-}
-
-void FCVXTextTable::Empty()
-{
-	Chars.Empty();
-	Entries.Empty();
-	Slots.Empty();
 }
 
 const FCVXTextTable::FSlot& FCVXTextTable::FindSlot(FStringView Text, uint32 Hash) const
@@ -44,18 +40,24 @@ const FCVXTextTable::FSlot& FCVXTextTable::FindSlot(FStringView Text, uint32 Has
 	for (uint32 Index = Hash & Mask;; Index = (Index + 1) & Mask)
 	{
 		const FSlot& Slot = Data[Index];
-		if (Slot.Id == INDEX_NONE || (Slot.Hash == Hash && GetText(Slot.Id).Equals(Text)))
+		if (Slot.Id == INDEX_NONE || Holds(Slot, Text, Hash))
 		{
 			return Slot;
 		}
 	}
 }
 
+bool FCVXTextTable::Holds(const FSlot& Slot, FStringView Text, uint32 Hash) const
+{
+	return Slot.Hash == Hash && Slot.Entry.Len == Text.Len() &&
+		CVXTextCompare::IsSame(Chars.GetData() + Slot.Entry.Start, Text.GetData(), Text.Len());
+}
+
 void FCVXTextTable::Grow()
 {
 	constexpr int32 FirstSlots = 1024;
 	TArray<FSlot> Old = MoveTemp(Slots);
-	Slots.Init({0, INDEX_NONE}, FMath::Max(FirstSlots, Old.Num() * 2));
+	Slots.Init(FSlot(), FMath::Max(FirstSlots, Old.Num() * 2));
 	const uint32 Mask = (uint32)Slots.Num() - 1;
 	for (const FSlot& Slot : Old)
 	{

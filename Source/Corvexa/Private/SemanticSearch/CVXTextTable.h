@@ -7,8 +7,6 @@ class FCVXTextTable
 {
 public:
 	int32 Num() const { return Entries.Num(); }
-	/** The characters of all texts together. */
-	int32 GetCharCount() const { return Chars.Num(); }
 
 	/** The text's number, or INDEX_NONE. */
 	int32 Find(FStringView Text) const;
@@ -17,22 +15,22 @@ public:
 	/** Good until the next addition. */
 	FStringView GetText(int32 Id) const { return FStringView(Chars.GetData() + Entries[Id].Start, Entries[Id].Len); }
 
-	/** Forgets all texts. */
-	void Empty();
-
 private:
 	struct FEntry
 	{
-		int32 Start;
-		int32 Len;
+		int32 Start = 0;
+		int32 Len = 0;
 	};
+	/** Has all that a look-up compares, so that it reads one place beside the text itself. */
 	struct FSlot
 	{
-		uint32 Hash;
+		uint32 Hash = 0;
 		/** INDEX_NONE in a free slot. */
-		int32 Id;
+		int32 Id = INDEX_NONE;
+		FEntry Entry = {};
 	};
 
+	bool Holds(const FSlot& Slot, FStringView Text, uint32 Hash) const;
 	/** The slot of the text, or the free one where it belongs. There are slots. */
 	const FSlot& FindSlot(FStringView Text, uint32 Hash) const;
 	void Grow();
