@@ -1,7 +1,6 @@
 #include "SemanticSearch/CVXBM25TermReader.h"
 
 #include "SemanticSearch/CVXBM25Tokenizer.h"
-#include "SemanticSearch/CVXTextCompare.h"
 
 namespace
 {
@@ -18,11 +17,6 @@ FCVXBM25TermReader::FCVXBM25TermReader(FCVXTextTable& InTerms)
 void FCVXBM25TermReader::Read(FStringView Text, TArray<int32>& OutTermIds)
 {
 	CVXBM25Tokenizer::ForEachWord(Text, [&](FStringView Word) { ReadWord(Word, OutTermIds); });
-}
-
-bool FCVXBM25TermReader::FRemembered::Holds(FStringView Word) const
-{
-	return Len == Word.Len() && CVXTextCompare::IsSame(Text, Word.GetData(), Len);
 }
 
 void FCVXBM25TermReader::ReadWord(FStringView Word, TArray<int32>& OutTermIds)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SemanticSearch/CVXTextCompare.h"
 #include "SemanticSearch/CVXTextTable.h"
 
 /**
@@ -22,7 +23,10 @@ private:
 		static constexpr int32 MaxLen = 28;
 		static constexpr int32 MaxTerms = 6;
 
-		bool Holds(FStringView Word) const;
+		bool Holds(FStringView Word) const
+		{
+			return Len == Word.Len() && CVXTextCompare::IsSame(Text, Word.GetData(), Len);
+		}
 		void Remember(FStringView Word, TArrayView<const int32> WordTerms);
 
 		TCHAR Text[MaxLen];

@@ -69,13 +69,9 @@ private:
 constexpr FStopWordTable StopWordTable;
 } // namespace
 
-bool CVXBM25Tokenizer::IsSeam(FStringView Word, int32 Index)
+bool CVXBM25Tokenizer::IsSeamAtUpper(FStringView Word, int32 Index)
 {
 	const TCHAR* const Char = Word.GetData() + Index;
-	if (!FChar::IsUpper(*Char))
-	{
-		return false;
-	}
 	return FChar::IsLower(Char[-1]) || (FChar::IsUpper(Char[-1]) && Index + 1 < Word.Len() && FChar::IsLower(Char[1]));
 }
 

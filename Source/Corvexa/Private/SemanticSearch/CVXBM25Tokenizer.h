@@ -35,8 +35,16 @@ void SplitIdentifier(FStringView Word, VisitorType&& Visit);
 template <typename VisitorType>
 void ForEachToken(FStringView Word, VisitorType&& Visit);
 
+/** Whether a part of an identifier ends in front of Word[Index], an upper-case letter but not the first character. */
+bool IsSeamAtUpper(FStringView Word, int32 Index);
+
 /** Whether a part of an identifier ends in front of Word[Index], which isn't the first character. */
-bool IsSeam(FStringView Word, int32 Index);
+inline bool IsSeam(FStringView Word, int32 Index)
+{
+	const TCHAR Char = Word.GetData()[Index];
+	const bool bUpper = Char < 128 ? Char >= TEXT('A') && Char <= TEXT('Z') : FChar::IsUpper(Char);
+	return bUpper && IsSeamAtUpper(Word, Index);
+}
 } // namespace CVXBM25Tokenizer
 
 inline bool CVXBM25Tokenizer::IsWordChar(TCHAR Char)
