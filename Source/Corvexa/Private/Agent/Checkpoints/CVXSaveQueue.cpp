@@ -41,5 +41,8 @@ void FCVXSaveQueue::RunAll()
 
 bool FCVXSaveQueue::Drain(uint32 LimitMs)
 {
-	return Idle.Wait(LimitMs);
+	const bool bIdle = Idle.Wait(LimitMs);
+	// The thread that told of its rest may still hold the lock. Behind that it is done with the queue.
+	const FScopeLock Guard(&Lock);
+	return bIdle;
 }
