@@ -1,3 +1,4 @@
+#include "BenchFolder.h"
 #include "SampleText.h"
 
 #include "Agent/Checkpoints/CVXCheckpointJson.h"
@@ -9,35 +10,24 @@
 #include "Misc/Paths.h"
 
 #include <benchmark/benchmark.h>
-#include <cstdlib>
-#include <filesystem>
 #include <string>
 
 namespace
 {
-namespace fs = std::filesystem;
-
 /** A host on an empty project of its own, removed at the end. */
 class FAgentProject
 {
 public:
 	FAgentProject()
 	{
-		std::string Name = (fs::temp_directory_path() / "corvexa-bench-XXXXXX").string();
-		Root = ::mkdtemp(Name.data());
 		FEngineLoopParams Params;
 		Params.ProjectFile = FString((Root / "Bench.uproject").c_str());
 		Loop.Init(Params);
 	}
-	~FAgentProject()
-	{
-		Loop.Exit();
-		std::error_code Ignored;
-		fs::remove_all(Root, Ignored);
-	}
+	~FAgentProject() { Loop.Exit(); }
 
 private:
-	fs::path Root;
+	const FBenchFolder Root;
 	FEngineLoop Loop;
 };
 

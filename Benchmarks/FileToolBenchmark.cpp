@@ -1,3 +1,4 @@
+#include "BenchFolder.h"
 #include "SampleText.h"
 
 #include "HAL/FileManager.h"
@@ -40,12 +41,7 @@ public:
 		Before = FPaths::GetProjectFilePath();
 		FPaths::SetProjectFilePath(FString((Root / "Bench.uproject").c_str()));
 	}
-	~FSourceTree()
-	{
-		FPaths::SetProjectFilePath(Before);
-		std::error_code Ignored;
-		fs::remove_all(Root, Ignored);
-	}
+	~FSourceTree() { FPaths::SetProjectFilePath(Before); }
 
 	static FSourceTree& Get()
 	{
@@ -56,18 +52,12 @@ public:
 	/** Runs a command in the tree, its output thrown away. @return false when it isn't installed. */
 	bool Shell(const std::string& Command) const
 	{
-		const std::string Line = "cd '" + Root.string() + "' && " + Command + " > /dev/null 2>&1";
+		const std::string Line = "cd '" + Root.GetRoot().string() + "' && " + Command + " > /dev/null 2>&1";
 		return std::system(Line.c_str()) == 0;
 	}
 
 private:
 	static constexpr int32 FileCount = 12000;
-
-	static fs::path MakeRoot()
-	{
-		std::string Name = (fs::temp_directory_path() / "corvexa-bench-XXXXXX").string();
-		return ::mkdtemp(Name.data());
-	}
 
 	static void WriteFile(const fs::path& Path, const std::string& Bytes)
 	{
@@ -79,7 +69,7 @@ private:
 		}
 	}
 
-	const fs::path Root = MakeRoot();
+	const FBenchFolder Root;
 	FString Before;
 };
 

@@ -1,3 +1,5 @@
+#include "BenchFolder.h"
+
 #include "Core/CVXSettings.h"
 #include "Misc/Paths.h"
 #include "SemanticSearch/CVXBM25Index.h"
@@ -119,12 +121,7 @@ public:
 		}
 		FPaths::SetProjectFilePath(FString((Root / "Bench.uproject").c_str()));
 	}
-	~FSourceTree()
-	{
-		FPaths::SetProjectFilePath(Before);
-		std::error_code Ignored;
-		fs::remove_all(Root, Ignored);
-	}
+	~FSourceTree() { FPaths::SetProjectFilePath(Before); }
 
 	static FSourceTree& Get()
 	{
@@ -135,7 +132,7 @@ public:
 	/** The seconds of a search by the peer, the best of three. */
 	double TimeGrep() const
 	{
-		const std::string Line = "cd '" + Root.string() + "' && grep -rniF uncommonneedle Source > /dev/null";
+		const std::string Line = "cd '" + Root.GetRoot().string() + "' && grep -rniF uncommonneedle Source > /dev/null";
 		double Best = 1e9;
 		for (int32 Round = 0; Round < 3; ++Round)
 		{
@@ -162,13 +159,7 @@ public:
 	TArray<FString> Paths;
 
 private:
-	static fs::path MakeRoot()
-	{
-		std::string Name = (fs::temp_directory_path() / "corvexa-bench-XXXXXX").string();
-		return ::mkdtemp(Name.data());
-	}
-
-	const fs::path Root = MakeRoot();
+	const FBenchFolder Root;
 	const FString Before = FPaths::GetProjectFilePath();
 	int32 Indexed = INDEX_NONE;
 };

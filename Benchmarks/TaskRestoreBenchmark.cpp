@@ -1,3 +1,4 @@
+#include "BenchFolder.h"
 #include "SampleText.h"
 
 #include "Agent/Checkpoints/CVXCheckpointJson.h"
@@ -9,7 +10,6 @@
 
 #include <benchmark/benchmark.h>
 #include <cstdio>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <malloc.h>
@@ -108,10 +108,9 @@ int64 GetAllocatedBytes()
 /** A start with many stored tasks, and what they take in memory beside their text. */
 void TaskRestoreAtStart(benchmark::State& State)
 {
-	std::string Name = (fs::temp_directory_path() / "corvexa-bench-XXXXXX").string();
-	const fs::path Root = ::mkdtemp(Name.data());
+	const FBenchFolder Root;
 	FEngineLoop Loop;
-	Loop.Init(MakeParams(Root));
+	Loop.Init(MakeParams(Root.GetRoot()));
 	const int64 TextBytes = StoreTasks();
 	FCVXTaskManager& Manager = FCVXTaskManager::Get();
 	(void)::malloc_trim(0);
@@ -141,8 +140,6 @@ void TaskRestoreAtStart(benchmark::State& State)
 	State.counters["resident_per_file_text"] = static_cast<double>(Resident) / Text;
 	State.counters["resident_per_text_in_memory"] = static_cast<double>(Resident) / (2.0 * Text);
 	Loop.Exit();
-	std::error_code Ignored;
-	fs::remove_all(Root, Ignored);
 }
 BENCHMARK(TaskRestoreAtStart)->Unit(benchmark::kMillisecond);
 } // namespace
