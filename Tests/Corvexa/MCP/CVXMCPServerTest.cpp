@@ -156,6 +156,16 @@ TEST_F(CVXMCPServer, GetsItsArgumentsAndVariablesWhileOursStayAsTheyWere)
 	FPlatformMisc::SetEnvironmentVar(TEXT("CVX_TEST_SET"), TEXT(""));
 }
 
+TEST_F(CVXMCPServer, IsGivenItsSecretsWithoutTheLog)
+{
+	FCVXMCPServerConfig Config = MakeConfig();
+	Config.Args += {TEXT("--api-key"), TEXT("s3cret-one"), TEXT("--token=s3cret-two"), TEXT("--depth"), TEXT("7")};
+	ASSERT_TRUE(Server.Start(Config));
+	EXPECT_EQ(Call(TEXT("argv")), TEXT("[\"--api-key\", \"s3cret-one\", \"--token=s3cret-two\", \"--depth\", \"7\"]"));
+	EXPECT_TRUE(Log.Contains(TEXT("--api-key *** --token=*** --depth 7")));
+	EXPECT_EQ(Log.Count(TEXT("s3cret"), ELogVerbosity::Log), 0);
+}
+
 TEST_F(CVXMCPServer, IsDoneWithAServerThatWritesALineWithoutEnd)
 {
 	ASSERT_TRUE(Server.Start(MakeConfig()));

@@ -1,5 +1,6 @@
 #include "MCP/CVXMCPProcess.h"
 
+#include "Algo/AnyOf.h"
 #include "Containers/StringConv.h"
 #include "Core/CVXProfiles.h"
 #include "HAL/PlatformMisc.h"
@@ -71,6 +72,32 @@ FString MakeParameters(const TArray<FString>& Arguments)
 	}
 	return FString::Join(Words, TEXT(" "));
 }
+/** Whether an argument names a secret, as "--api-key" does. */
+bool NamesSecret(const FString& Argument)
+{
+	static constexpr const TCHAR* Names[] = {TEXT("key"), TEXT("token"), TEXT("secret"), TEXT("password")};
+	return Argument.StartsWith(TEXT("-")) &&
+		Algo::AnyOf(Names, [&](const TCHAR* Name) { return Argument.Contains(Name); });
+}
+
+/** The parameters as a log may show them: without the values of options that name a secret. */
+FString MakeShownParameters(TArray<FString> Arguments)
+{
+	for (int32 Index = 0; Index < Arguments.Num(); ++Index)
+	{
+		FString Name;
+		FString Value;
+		if (Arguments[Index].Split(TEXT("="), &Name, &Value) && NamesSecret(Name))
+		{
+			Arguments[Index] = Name + TEXT("=***");
+		}
+		else if (NamesSecret(Arguments[Index]) && Arguments.IsValidIndex(Index + 1))
+		{
+			Arguments[++Index] = TEXT("***");
+		}
+	}
+	return MakeParameters(Arguments);
+}
 } // namespace
 
 bool FCVXMCPPipe::Open(bool bWeWrite)
@@ -106,7 +133,8 @@ bool FCVXMCPProcess::Launch(const FCVXMCPServerConfig& Config)
 		Close();
 		return false;
 	}
-	UE_LOG(LogCVXMCP, Log, TEXT("[%s] Process started: %s %s"), *ServerName, *Config.Command, *Parameters);
+	UE_LOG(LogCVXMCP, Log, TEXT("[%s] Process started: %s %s"), *ServerName, *Config.Command,
+		*MakeShownParameters(Config.Args));
 	FScopeLock Guard(&HandleLock);
 	ProcHandle = Started;
 	return true;
@@ -197,7 +225,7 @@ FProcHandle FCVXMCPProcess::Start(const FCVXMCPServerConfig& Config, const FStri
 	Stdin.CloseRead();
 	Stderr.CloseWrite();
 	UE_CLOG(!Handle.IsValid(), LogCVXMCP, Error, TEXT("[%s] Failed to launch: %s %s"), *ServerName, *Config.Command,
-		*Parameters);
+		*MakeShownParameters(Config.Args));
 	return Handle;
 }
 
