@@ -144,6 +144,14 @@ TEST_F(CVXTaskManager, ARemovedTaskTakesItsSubAgentsAndWhatIsStoredOfThemAlong)
 	EXPECT_FALSE(IsStored(*Parent));
 	EXPECT_FALSE(IsStored(*Child));
 	EXPECT_TRUE(IsStored(*Other));
+	// Its first message, told of before it was removed, is on its way to a save that must not come.
+	const TSharedPtr<FCVXTask> Brief = Manager.CreateNewTask(TEXT("Brief"));
+	Brief->GetAgentLoop()->SubmitUserMessage(TEXT("Go"));
+	Manager.RemoveTask(Brief->GetTaskId());
+	Pump.Tick();
+	(void)FCVXCheckpointManager::Get().ListCheckpoints(Brief->GetTaskId());
+	EXPECT_FALSE(IsStored(*Brief));
+	TakeTold();
 	Manager.RemoveTask(Other->GetTaskId());
 	EXPECT_FALSE(Manager.GetActiveTask());
 	EXPECT_EQ(TakeTold(), TEXT("active none"));

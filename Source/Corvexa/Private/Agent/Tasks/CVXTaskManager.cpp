@@ -56,7 +56,9 @@ FIngredients FindIngredients(const UCVXSettings* Settings)
 
 void SaveIfAlive(const TWeakPtr<FCVXTask>& Weak)
 {
-	if (const TSharedPtr<FCVXTask> Task = Weak.Pin())
+	const TSharedPtr<FCVXTask> Task = Weak.Pin();
+	// Somebody may hold a task that has been removed, of which nothing must be stored again.
+	if (Task && FCVXTaskManager::Get().FindTask(Task->GetTaskId()))
 	{
 		FCVXCheckpointManager::Get().SaveCheckpoint(*Task);
 	}
